@@ -1,0 +1,82 @@
+#include "ChangeFeed.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+#include "Dates.h"
+#include "RepositoryJson.h"
+#include "Text.h"
+
+namespace tarnbeck::cli {
+namespace {
+
+using Snapshots = std::vector<RepositorySnapshot>;
+
+std::unordered_map<std::string_view, const GitRepository*> byPath(const Snapshots& repositories) {
+    std::unordered_map<std::string_view, const GitRepository*> map;
+    for (const auto& repository : repositories) map[repository->path] = repository.get();
+    return map;
+}
+
+JsonObject event(std::string_view name, Date at) {
+    return {{"event", name}, {"at", iso8601(at)}};
+}
+
+std::string line(const JsonObject& object) { return jsonText(object) + "\n"; }
+
+// "14:03:22" of "2026-03-01T14:03:22Z"
+std::string clockTime(Date at) { return iso8601(at).substr(11, 8); }
+
+}  // namespace
+
+RepositoryChanges changesBetween(const Snapshots& before, const Snapshots& after) {
+    RepositoryChanges changes;
+    const auto old = byPath(before);
+    for (const auto& repository : after) {
+        const auto known = old.find(repository->path);
+        const bool same = known != old.end() &&
+                          (known->second == repository.get() || *known->second == *repository);
+        if (!same) changes.changed.push_back(repository);
+    }
+    const auto present = byPath(after);
+    std::ranges::copy_if(before, std::back_inserter(changes.removed),
+                         [&](const auto& repository) { return !present.contains(repository->path); });
+    return changes;
+}
+
+std::string ChangeFeed::scanStarted(Date at) const {
+    return form_ == Form::json ? line(event("scanStarted", at)) : std::string();
+}
+
+std::string ChangeFeed::scanFinished(Date at, const Snapshots& repositories) const {
+    if (form_ == Form::forPeople) return {};
+    JsonObject object = event("scanFinished", at);
+    object["repositories"] = repositories.size();
+    object["dirty"] = std::ranges::count_if(
+        repositories, [](const auto& repository) { return !repository->isClean(); });
+    return line(object);
+}
+
+std::string ChangeFeed::repository(Date at, const GitRepository& repository) const {
+    if (form_ == Form::forPeople) {
+        return fmt::format("{} {}\n", clockTime(at), statusLine(repository, style_));
+    }
+    JsonObject object = event("repository", at);
+    object["repository"] = repositoryJson(repository);
+    return line(object);
+}
+
+std::string ChangeFeed::removed(Date at, const GitRepository& repository) const {
+    if (form_ == Form::forPeople) {
+        return fmt::format("{} - {}  removed\n", clockTime(at), printable(repository.name));
+    }
+    JsonObject object = event("removed", at);
+    object["path"] = repository.path;
+    object["name"] = repository.name;
+    return line(object);
+}
+
+}  // namespace tarnbeck::cli

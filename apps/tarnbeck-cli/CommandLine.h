@@ -1,0 +1,44 @@
+// What the user typed, read once into plain values.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tarnbeck::cli {
+
+enum class ColorChoice { automatic, always, never };
+
+struct StatusArguments {
+    std::vector<std::string> paths;  // empty: the configured repositories
+    bool json = false;
+    bool fetch = false;
+    ColorChoice color = ColorChoice::automatic;
+};
+struct WatchArguments {
+    bool json = false;
+    ColorChoice color = ColorChoice::automatic;
+};
+struct DiscoverArguments {
+    std::vector<std::string> directories;  // empty: the configured ones
+    bool json = false;
+};
+struct AddArguments {
+    std::vector<std::string> paths;
+};
+struct RemoveArguments {
+    std::vector<std::string> paths;
+};
+struct ConfigArguments {
+    bool json = false;
+};
+
+using Arguments = std::variant<StatusArguments, WatchArguments, DiscoverArguments, AddArguments,
+                               RemoveArguments, ConfigArguments>;
+
+// What is to be done, or the exit status of a call that is already answered (help, version, wrong
+// usage), whose answer has been printed.
+std::variant<Arguments, int> parsedCommandLine(std::vector<std::string> words);
+
+}  // namespace tarnbeck::cli

@@ -1,0 +1,16 @@
+// The program's commands: each does its work, prints, and gives the exit status.
+#pragma once
+
+#include "CommandLine.h"
+#include "Companion.h"
+
+namespace tarnbeck::cli {
+
+int runStatus(Companion& companion, const StatusArguments& arguments);
+int runWatch(Companion& companion, const WatchArguments& arguments);
+int runDiscover(Companion& companion, const DiscoverArguments& arguments);
+int runAdd(Companion& companion, const AddArguments& arguments);
+int runRemove(Companion& companion, const RemoveArguments& arguments);
+int runConfig(Companion& companion, const ConfigArguments& arguments);
+
+}  // namespace tarnbeck::cli

@@ -1,0 +1,43 @@
+#include "Companion.h"
+
+#include <csignal>
+#include <cstdlib>
+
+#include "Output.h"
+
+namespace tarnbeck::cli {
+
+Companion::Companion(std::string home)
+    : home_(std::move(home)),
+      place_{.home = home_, .report = complain},
+      log_({.home = home_}, loop_, queues_),
+      git_({.home = home_}, launcher_, log_) {}
+
+Companion::~Companion() { queues_.waitUntilIdle(); }
+
+RepositoryScanner::Services Companion::services() {
+    return {.loop = loop_,
+            .queues = queues_,
+            .log = log_,
+            .collator = collator_,
+            .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
+            .home = home_};
+}
+
+void Companion::runLoop(const Task& begin) {
+    const auto endings = {SIGINT, SIGTERM, SIGHUP};
+    loop_.onSignals(endings, [this](int signal) { endBySignal(signal); });
+    begin();
+    loop_.run();
+    for (const int signal : endings) std::signal(signal, SIG_DFL);
+}
+
+void Companion::endBySignal(int signal) {
+    launcher_.endAllSessions();
+    log_.drain();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+    std::_Exit(128 + signal);
+}
+
+}  // namespace tarnbeck::cli

@@ -1,0 +1,84 @@
+#include "Output.h"
+
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+
+#include "ExitStatus.h"
+#include "FileSystem.h"
+#include "Text.h"
+
+namespace tarnbeck::cli {
+namespace {
+
+[[noreturn]] void endForFailedOutput(int error) {
+    if (error == EPIPE) {
+        std::signal(SIGPIPE, SIG_DFL);
+        std::raise(SIGPIPE);
+    }
+    complain("can't write: " + systemErrorText(error));
+    std::_Exit(exitFailure);
+}
+
+std::optional<std::size_t> columnsOf(int descriptor) {
+    if (isatty(descriptor) == 0) return std::nullopt;
+    winsize size{};
+    const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : std::size_t{80};
+}
+
+void writeToStandardError(std::string_view text) {
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.size());
+}
+
+}  // namespace
+
+bool print(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = write(STDOUT_FILENO, text.data(), text.size());
+        if (count >= 0) {
+            text.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EINTR) {
+            return false;
+        } else {
+            endForFailedOutput(errno);
+        }
+    }
+    return true;
+}
+
+void complain(std::string_view message) {
+    writeToStandardError(fmt::format("tarnbeck-cli: {}\n", printable(message)));
+}
+
+std::optional<std::size_t> terminalColumns() { return columnsOf(STDOUT_FILENO); }
+
+bool usesColor(ColorChoice choice) {
+    switch (choice) {
+        case ColorChoice::always: return true;
+        case ColorChoice::never: return false;
+        case ColorChoice::automatic: break;
+    }
+    const char* noColor = std::getenv("NO_COLOR");
+    return isatty(STDOUT_FILENO) != 0 && !(noColor && *noColor);
+}
+
+ProgressLine::ProgressLine() : enabled_(isatty(STDERR_FILENO) != 0) {}
+
+void ProgressLine::show(std::string_view text) {
+    if (!enabled_) return;
+    shown_ = true;
+    const std::size_t columns = columnsOf(STDERR_FILENO).value_or(80);
+    writeToStandardError("\r\033[K" + elidedAtEnd(printable(text), columns - 1));
+}
+
+void ProgressLine::clear() {
+    if (shown_) writeToStandardError("\r\033[K");
+    shown_ = false;
+}
+
+}  // namespace tarnbeck::cli

@@ -1,0 +1,45 @@
+// The program's two streams. Written without buffering, so that what was written is seen.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "CommandLine.h"
+
+namespace tarnbeck::cli {
+
+// Writes all to standard output. When the reader has gone, the program ends as a writer to a
+// closed pipe does; on another error it ends with a word on standard error. False only when a
+// signal came in between.
+bool print(std::string_view text);
+
+// One line to standard error, with the program's name before it. Control characters are made
+// visible.
+void complain(std::string_view message);
+
+// The columns of the terminal behind standard output; absent when it is none.
+std::optional<std::size_t> terminalColumns();
+
+// Whether to colour, by the user's word, by NO_COLOR and by whether output is a terminal.
+bool usesColor(ColorChoice choice);
+
+// A line on standard error that shows how far things are, when that is a terminal. It is gone when
+// this goes, or is cleared.
+class ProgressLine {
+  public:
+    ProgressLine();
+    ~ProgressLine() { clear(); }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void show(std::string_view text);
+    void clear();
+
+  private:
+    bool enabled_;
+    bool shown_ = false;
+};
+
+}  // namespace tarnbeck::cli

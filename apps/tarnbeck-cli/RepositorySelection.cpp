@@ -1,0 +1,83 @@
+#include "RepositorySelection.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "FileDescriptor.h"
+#include "FileSystem.h"
+#include "Paths.h"
+#include "RepositoryDiscovery.h"
+
+namespace tarnbeck::cli {
+namespace {
+
+// The folders that discovery leaves out, but for those that the user just named.
+std::vector<std::string> ignoredBelow(const std::string& directory,
+                                      const AppConfiguration& configuration,
+                                      const std::string& home) {
+    auto ignored = normalizeDiscoveryPaths(configuration.discoveryIgnorePaths, home);
+    std::erase_if(ignored, [&](const std::string& path) {
+        return shouldIgnorePath(directory, {path});
+    });
+    return ignored;
+}
+
+std::optional<std::string> reasonWhyUnreadable(const std::string& directory) {
+    const FileDescriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened) return std::nullopt;
+    if (errno == ENOTDIR) return "is neither a folder nor inside a repository";
+    return "can't be read: " + systemErrorText(errno);
+}
+
+void addOnce(std::vector<std::string>& paths, const std::string& path) {
+    if (std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
+}
+
+}  // namespace
+
+std::string absolutePath(const std::string& typed, const std::string& home) {
+    return standardized(expandingTilde(typed, home));
+}
+
+std::optional<std::string> enclosingRepository(const std::string& path) {
+    for (std::string folder = path;; folder = parentPath(folder)) {
+        if (exists(folder + "/.git")) return folder;
+        if (folder == "/" || folder.empty()) return std::nullopt;
+    }
+}
+
+std::optional<std::string> reasonWhyMissing(const std::string& path) {
+    if (access(path.c_str(), F_OK) == 0) return std::nullopt;
+    return errno == ENOENT ? "does not exist" : "can't be reached: " + systemErrorText(errno);
+}
+
+RepositorySelection selectedRepositories(const std::vector<std::string>& paths,
+                                         const AppConfiguration& configuration,
+                                         const std::string& home) {
+    RepositorySelection selection;
+    for (const std::string& typed : paths) {
+        const std::string path = absolutePath(typed, home);
+        if (const auto reason = reasonWhyMissing(path)) {
+            selection.problems.push_back({typed, *reason});
+        } else if (const auto repository = enclosingRepository(path)) {
+            addOnce(selection.paths, *repository);
+        } else if (const auto unreadable = reasonWhyUnreadable(path)) {
+            selection.problems.push_back({typed, *unreadable});
+        } else {
+            const auto found =
+                discoverRepos({.in = {path},
+                               .ignoring = ignoredBelow(path, configuration, home),
+                               .home = home});
+            for (const std::string& each : found) addOnce(selection.paths, each);
+            if (found.empty()) {
+                selection.problems.push_back({typed, "no repository found below it", false});
+            }
+        }
+    }
+    return selection;
+}
+
+}  // namespace tarnbeck::cli

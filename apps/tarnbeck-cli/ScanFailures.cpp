@@ -1,0 +1,77 @@
+#include "ScanFailures.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "FileSystem.h"
+#include "RepositorySelection.h"
+
+namespace tarnbeck::cli {
+namespace {
+
+constexpr std::string_view dash = " — ";
+
+bool tellsOfFailedCommand(std::string_view message) {
+    constexpr std::array<std::string_view, 4> families = {"FAIL(", "EMPTY git", "TIMEOUT git",
+                                                          "EXCEPTION git"};
+    return std::ranges::any_of(families,
+                               [&](std::string_view family) { return message.starts_with(family); });
+}
+
+// "git status" of "… git status at /path…".
+std::string_view commandIn(std::string_view line) {
+    const std::size_t begin = std::min(line.find("git "), line.size());
+    const std::string_view rest = line.substr(begin);
+    return rest.substr(0, rest.find(" at "));
+}
+
+std::string_view firstLineBehindDash(std::string_view line) {
+    const std::size_t position = line.find(dash);
+    if (position == std::string_view::npos) return {};
+    const std::string_view rest = line.substr(position + dash.size());
+    return rest.substr(0, rest.find('\n'));
+}
+
+}  // namespace
+
+ScanFailures::ScanFailures(ScanLog& log)
+    : observation_(log.observe([this](std::string_view message) { note(message); })) {}
+
+void ScanFailures::scanBegins(const std::string& path) {
+    const std::lock_guard lock(mutex_);
+    current_ = path;
+}
+
+void ScanFailures::note(std::string_view message) {
+    if (!tellsOfFailedCommand(message)) return;
+    const std::lock_guard lock(mutex_);
+    lastFailure_[current_] = message;
+}
+
+std::string ScanFailures::reasonFor(const std::string& path) const {
+    if (const auto missing = reasonWhyMissing(path)) return *missing;
+    if (!exists(path + "/.git")) return "is not a git repository (there is no .git)";
+    const std::lock_guard lock(mutex_);
+    const auto line = lastFailure_.find(path);
+    if (line == lastFailure_.end()) return "could not be scanned";
+    return failureInWords(line->second);
+}
+
+std::string failureInWords(std::string_view line) {
+    const std::string_view command = commandIn(line);
+    const std::string_view said = firstLineBehindDash(line);
+    if (line.starts_with("TIMEOUT ")) return fmt::format("{} took too long", command);
+    if (line.starts_with("EMPTY ")) return fmt::format("{} printed nothing", command);
+    if (line.starts_with("EXCEPTION ")) return fmt::format("git can't be started: {}", said);
+    if (said.find("ambiguous argument 'HEAD'") != std::string_view::npos) {
+        return "has no commit yet on its current branch";
+    }
+    const std::size_t opening = line.find('(') + 1;
+    const std::string_view status = line.substr(opening, line.find(')') - opening);
+    return fmt::format("{} ({}, exit status {})", said.empty() ? "git failed" : said, command,
+                       status);
+}
+
+}  // namespace tarnbeck::cli

@@ -1,0 +1,37 @@
+// Why repositories could not be scanned, in words, learnt from what the scan log is told.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "ScanLog.h"
+
+namespace tarnbeck::cli {
+
+class ScanFailures {
+  public:
+    explicit ScanFailures(ScanLog& log);
+
+    // Repositories are scanned one after the other; what is logged from here on concerns this one.
+    // Any thread.
+    void scanBegins(const std::string& path);
+
+    // Why the scan of the (expanded) path gave nothing. Asks the file system.
+    std::string reasonFor(const std::string& path) const;
+
+  private:
+    void note(std::string_view message);
+
+    mutable std::mutex mutex_;
+    std::string current_;
+    std::unordered_map<std::string, std::string> lastFailure_;  // the log line, by path
+    ScanLog::Observers::Token observation_;
+};
+
+// "FAIL(128) git status at /x — fatal: bad" as a person would say it:
+// "fatal: bad (git status, exit status 128)".
+std::string failureInWords(std::string_view logLine);
+
+}  // namespace tarnbeck::cli

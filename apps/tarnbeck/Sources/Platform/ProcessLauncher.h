@@ -1,0 +1,63 @@
+// Child processes: launched with a complete environment, the null device as standard input, a
+// session of their own and nothing else inherited.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FileDescriptor.h"
+#include "Result.h"
+
+namespace tarnbeck {
+
+struct LaunchRequest {
+    std::string executable;  // absolute; no search path is used
+    std::vector<std::string> arguments;
+    std::vector<std::string> environment;  // "NAME=value", all that the child gets
+    std::string workingDirectory = "/";
+};
+
+// A running child. It is reaped when it is asked for its status, or when this goes; one that still
+// runs then is left to its launcher, which reaps it later. One thread at a time.
+class ChildProcess {
+  public:
+    ChildProcess() = default;
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+    virtual ~ChildProcess() = default;
+
+    virtual pid_t processIdentifier() const = 0;
+    // The read ends of the child's pipes; each may be taken once.
+    virtual FileDescriptor takeStandardOutput() = 0;
+    virtual FileDescriptor takeStandardError() = 0;
+    // Readable (to `poll`) when the child has ended. Valid as long as this lives.
+    virtual int exitDescriptor() const = 0;
+
+    // Reaps the child if it has ended.
+    virtual bool isRunning() = 0;
+    // The exit status, or the number of the signal that ended the child. Only when it has ended.
+    virtual int terminationStatus() const = 0;
+    // SIGTERM, and SIGKILL, to this one process, and never after it was reaped.
+    virtual void terminate() = 0;
+    virtual void kill() = 0;
+};
+
+class ProcessLauncher {
+  public:
+    ProcessLauncher() = default;
+    ProcessLauncher(const ProcessLauncher&) = delete;
+    ProcessLauncher& operator=(const ProcessLauncher&) = delete;
+    virtual ~ProcessLauncher() = default;
+
+    // The child, or the system's words why there is none. Any thread.
+    virtual Result<std::unique_ptr<ChildProcess>> launch(const LaunchRequest& request) = 0;
+
+    // For the end of the program: asks all children and what they started to end, kills what has
+    // not ended after a moment, and launches nothing from then on. Any thread.
+    virtual void endAllSessions() = 0;
+};
+
+}  // namespace tarnbeck

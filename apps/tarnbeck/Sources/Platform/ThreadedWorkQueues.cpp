@@ -1,0 +1,153 @@
+#include "ThreadedWorkQueues.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "ThreadPriority.h"
+
+namespace tarnbeck {
+namespace {
+
+constexpr const char* userInitiatedName = "tarnbeck-user";
+constexpr const char* utilityName = "tarnbeck-util";
+
+}  // namespace
+
+class ThreadedWorkQueues::Pool {
+  public:
+    Pool(WorkClass workClass, const char* name) : workClass_(workClass), name_(name) {}
+    Pool(const Pool&) = delete;
+    Pool& operator=(const Pool&) = delete;
+    ~Pool() { finish(); }
+
+    void post(Task task) {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+        if (tasks_.size() > idleThreads_ && !finishing_) {
+            threads_.emplace_back([this] { work(); });
+        } else {
+            wake_.notify_one();
+        }
+    }
+
+    void finish() {
+        std::vector<std::thread> threads;
+        {
+            const std::lock_guard lock(mutex_);
+            finishing_ = true;
+            threads.swap(threads_);
+        }
+        wake_.notify_all();
+        for (std::thread& thread : threads) thread.join();
+    }
+
+    void waitUntilIdle() {
+        std::unique_lock lock(mutex_);
+        idle_.wait(lock, [this] { return tasks_.empty() && runningTasks_ == 0; });
+    }
+
+  private:
+    void work() {
+        nameThread(name_);
+        applyWorkClass(workClass_);
+        std::unique_lock lock(mutex_);
+        while (true) {
+            ++idleThreads_;
+            wake_.wait(lock, [this] { return finishing_ || !tasks_.empty(); });
+            --idleThreads_;
+            if (tasks_.empty()) return;
+            Task task = std::move(tasks_.front());
+            tasks_.pop_front();
+            ++runningTasks_;
+            lock.unlock();
+            task();
+            task = nullptr;  // what it held goes before the thread waits again
+            lock.lock();
+            if (--runningTasks_ == 0 && tasks_.empty()) idle_.notify_all();
+        }
+    }
+
+    const WorkClass workClass_;
+    const char* const name_;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::condition_variable idle_;
+    std::deque<Task> tasks_;
+    std::vector<std::thread> threads_;
+    std::size_t idleThreads_ = 0;
+    std::size_t runningTasks_ = 0;
+    bool finishing_ = false;
+};
+
+// A serial queue borrows a thread of the pool while it has tasks.
+class ThreadedWorkQueues::Strand : public SerialQueue,
+                                   public std::enable_shared_from_this<Strand> {
+  public:
+    Strand(std::shared_ptr<Pool> pool, std::string label)
+        : pool_(std::move(pool)), label_(std::move(label)) {}
+
+    void post(Task task) override {
+        const std::lock_guard lock(mutex_);
+        tasks_.push_back(std::move(task));
+        if (running_) return;
+        running_ = true;
+        pool_->post([self = shared_from_this()] { self->runAll(); });
+    }
+
+    void drain() override {
+        std::unique_lock lock(mutex_);
+        finished_.wait(lock, [this] { return !running_; });
+    }
+
+  private:
+    void runAll() {
+        nameThread(label_.c_str());
+        std::unique_lock lock(mutex_);
+        while (!tasks_.empty()) {
+            Task task = std::move(tasks_.front());
+            tasks_.pop_front();
+            lock.unlock();
+            task();
+            task = nullptr;
+            lock.lock();
+        }
+        nameThread(utilityName);
+        running_ = false;
+        finished_.notify_all();
+    }
+
+    const std::shared_ptr<Pool> pool_;
+    const std::string label_;
+    std::mutex mutex_;
+    std::condition_variable finished_;
+    std::deque<Task> tasks_;
+    bool running_ = false;
+};
+
+ThreadedWorkQueues::ThreadedWorkQueues()
+    : userInitiated_(std::make_shared<Pool>(WorkClass::userInitiated, userInitiatedName)),
+      utility_(std::make_shared<Pool>(WorkClass::utility, utilityName)) {}
+
+ThreadedWorkQueues::~ThreadedWorkQueues() {
+    userInitiated_->finish();
+    utility_->finish();
+}
+
+void ThreadedWorkQueues::waitUntilIdle() {
+    userInitiated_->waitUntilIdle();
+    utility_->waitUntilIdle();
+}
+
+void ThreadedWorkQueues::userInitiated(Task task) { userInitiated_->post(std::move(task)); }
+
+void ThreadedWorkQueues::utility(Task task) { utility_->post(std::move(task)); }
+
+std::shared_ptr<SerialQueue> ThreadedWorkQueues::serial(std::string label) {
+    return std::make_shared<Strand>(utility_, std::move(label));
+}
+
+}  // namespace tarnbeck

@@ -1,0 +1,11 @@
+// What `posix_spawn` is told on this system beyond what POSIX has.
+#pragma once
+
+#include <spawn.h>
+
+namespace tarnbeck {
+
+// Pipes can't be made close-on-exec in one step here; this closes what slipped through.
+inline constexpr short systemSpawnFlags = POSIX_SPAWN_CLOEXEC_DEFAULT;
+
+}  // namespace tarnbeck

@@ -1,0 +1,45 @@
+#include "DependencyCommandRunner.h"
+
+#include "ProcessPipeReader.h"
+#include "Text.h"
+
+namespace tarnbeck {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+// Tools that a user installed come before the system's: the opposite of the order that git gets.
+DependencyCommandRunner::DependencyCommandRunner(const std::string& home, ProcessLauncher& launcher)
+    : environment_{"HOME=" + home,
+                   "PATH=/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin",
+                   "LC_ALL=C", "CI=true", "COREPACK_ENABLE_NETWORK=0"},
+      launcher_(launcher) {}
+
+CommandResult DependencyCommandRunner::runCommand(const Command& command) const {
+    auto launched = launcher_.launch({.executable = command.executable,
+                                      .arguments = command.args,
+                                      .environment = environment_,
+                                      .workingDirectory = command.cwd});
+    if (!launched) return {.launchError = "Failed to launch command: " + launched.error()};
+    ChildProcess& child = **launched;
+    auto reader = ProcessPipeReader::readStdoutAndStderr(child.takeStandardOutput(),
+                                                         child.takeStandardError());
+    CommandResult result;
+    result.timedOut = !reader.waitForExit(child, steady_clock::now() + command.timeout);
+    if (result.timedOut) {
+        child.terminate();
+        if (!reader.waitForExit(child, steady_clock::now() + 50ms)) child.kill();
+    }
+    const auto end = steady_clock::now() + 2s;
+    reader.waitForEnd(end);
+    reader.waitForExit(child, end);
+    child.isRunning();
+    result.terminationStatus = child.terminationStatus();
+    const std::string output = reader.takeStandardOutput();
+    const std::string errors = reader.takeStandardError();
+    result.stdout = trimmingNewlines(decodedUtf8(output));
+    result.stderr = trimmingWhitespaceAndNewlines(decodedUtf8(errors));
+    return result;
+}
+
+}  // namespace tarnbeck

@@ -1,0 +1,206 @@
+#include "RepositoryScanner.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "Paths.h"
+#include "RepositoryDiscovery.h"
+
+namespace tarnbeck {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pauseBeforeFollowUp = 300ms;
+constexpr std::int64_t longestIntervalMinutes = std::int64_t{100} * 365 * 24 * 60;
+
+}  // namespace
+
+RepositoryScanner::RepositoryScanner(Services services, Options options)
+    : services_(std::move(services)),
+      scanRepositoryHandler_(std::move(options.scanRepositoryHandler)),
+      knownGitHubData_(std::move(options.knownGitHubData)) {
+    state_.configuration = std::move(options.configuration);
+    state_.configuration.dropRepeatedRepoPaths(services_.home);
+    if (options.autoStart) start();
+}
+
+void RepositoryScanner::start() {
+    requestRefresh(RepositoryRefreshRequest::atStart());
+    startPeriodicScan();
+}
+
+RepositoryScanner::~RepositoryScanner() {
+    if (const auto scan = fullScan_.lock()) scan->cancel();
+}
+
+RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& services,
+                                                              AppConfiguration configuration) {
+    const StaticScan tools{.loop = services.loop,
+                           .queues = services.queues,
+                           .log = services.log,
+                           .git = services.git,
+                           .home = services.home};
+    return {
+        .configuration = std::move(configuration),
+        .autoStart = true,
+        .scanRepositoryHandler =
+            [tools](const std::string& path, ScanCompletion completion) {
+                scanRepositoryImpl(tools, {.at = path, .retryCount = 0}, std::move(completion));
+            },
+    };
+}
+
+AppConfiguration RepositoryScanner::loadInitialConfiguration(const ConfigurationPlace& place) {
+    return loadConfigurationDiscoveringRepos(place);
+}
+
+template <class Value>
+void RepositoryScanner::publish(Property property, Value State::*field, Value value) {
+    state_.*field = std::move(value);
+    for (const auto& observer : observers_.current()) (*observer)(property);
+}
+
+void RepositoryScanner::setConfiguration(AppConfiguration configuration) {
+    configuration.dropRepeatedRepoPaths(services_.home);
+    publish(Property::configuration, &State::configuration, std::move(configuration));
+}
+
+std::int64_t RepositoryScanner::dirtyRepoCount() const {
+    return std::ranges::count_if(repositories(),
+                                 [](const auto& repository) { return !repository->isClean(); });
+}
+
+RepositoryScanner::Observers::Token RepositoryScanner::observe(Observers::Observer observer) {
+    return observers_.add(std::move(observer));
+}
+
+void RepositoryScanner::startPeriodicScan() {
+    scanTimer_.reset();
+    const std::int64_t minutes =
+        std::min(configuration().scanIntervalMinutes, longestIntervalMinutes);
+    if (minutes < 1) return;
+    scanTimer_.emplace(services_.loop, std::chrono::minutes(minutes), anchor_.guarded([](auto& self) {
+        self.requestRefresh(RepositoryRefreshRequest::periodic());
+    }));
+}
+
+void RepositoryScanner::requestRefresh(const RepositoryRefreshRequest& request) {
+    if (isScanning()) {
+        queueRefresh(request);
+    } else {
+        startFullScan(request);
+    }
+}
+
+void RepositoryScanner::queueRefresh(const RepositoryRefreshRequest& request) {
+    scanRequestedWhileScanning_ = true;
+    queuedRefreshRequest_ =
+        queuedRefreshRequest_ ? queuedRefreshRequest_->mergedWith(request) : request;
+}
+
+void RepositoryScanner::startFullScan(const RepositoryRefreshRequest& request) {
+    scanRequestedWhileScanning_ = false;
+    activeRefreshRequest_ = request;
+    queuedRefreshRequest_.reset();
+    publish(Property::isScanning, &State::isScanning, true);
+    FullScan::Input input = fullScanInput(request);
+    auto fetchDates = knownFetchDates(input.configuredPaths);
+    auto deliver = anchor_.guarded([fetchDates = std::move(fetchDates)](
+                                       RepositoryScanner& self, FullScan::Result& result) {
+        self.finishFullScan(result, fetchDates);
+    });
+    const auto scan = std::make_shared<FullScan>(
+        FullScan::Tools{.queues = services_.queues,
+                        .log = services_.log,
+                        .collator = services_.collator,
+                        .git = services_.git,
+                        .scanRepositoryHandler = scanRepositoryHandler_},
+        std::move(input), [&loop = services_.loop, deliver](FullScan::Result result) {
+            loop.post([deliver, result = std::make_shared<FullScan::Result>(std::move(result))] {
+                deliver(*result);
+            });
+        });
+    fullScan_ = scan;
+    scan->start();
+}
+
+FullScan::Input RepositoryScanner::fullScanInput(const RepositoryRefreshRequest& request) const {
+    FullScan::Input input;
+    input.repoPaths = configuration().repoPaths;
+    input.configuredPaths.reserve(input.repoPaths.size());
+    for (const std::string& path : input.repoPaths) {
+        input.configuredPaths.push_back(expandingTilde(path, services_.home));
+    }
+    input.previousReposByPath = keyedByPath(repositories());
+    input.consecutiveScanFailuresByPath = consecutiveScanFailuresByPath_;
+    input.refreshRemotes = request.refreshRemotes;
+    return input;
+}
+
+RepositoryScanner::FetchDates RepositoryScanner::knownFetchDates(
+    const std::vector<std::string>& configuredPaths) const {
+    FetchDates dates;
+    for (const std::string& path : configuredPaths) {
+        if (const auto date = knownGitHubData_.lastKnownIssueFetchDate(path)) dates[path] = *date;
+    }
+    return dates;
+}
+
+void RepositoryScanner::finishFullScan(FullScan::Result& result, const FetchDates& fetchDates) {
+    consecutiveScanFailuresByPath_ = std::move(result.consecutiveScanFailuresByPath);
+    replaceRepositories(std::move(result.merged));
+    takeLastIssueRefreshFrom(fetchDates);
+    publish(Property::lastScan, &State::lastScan, std::optional(services_.loop.wallNow()));
+    // Taken before anybody is told: an observer may ask for the next scan at once.
+    const auto request =
+        std::exchange(activeRefreshRequest_, std::nullopt).value_or(RepositoryRefreshRequest{});
+    const auto followUp = takeQueuedRequest();
+    publish(Property::isScanning, &State::isScanning, false);
+    startBackgroundPasses(request);
+    if (followUp) requestRefreshAfterPause(*followUp);
+}
+
+void RepositoryScanner::replaceRepositories(std::vector<RepositorySnapshot> merged) {
+    // The list may have changed during the scan; what it holds now is what is carried over.
+    SnapshotsByPath previous = keyedByPath(repositories());
+    std::vector<RepositorySnapshot> preserved = RepositoryRefreshSupport::preserveAsyncData(
+        std::move(merged), {.previousReposByPath = previous,
+                            .cachedGitHubDataByPath = knownGitHubData_.lastKnownData});
+    std::vector<RepositorySnapshot> replaced = std::move(state_.repositories);
+    publish(Property::repositories, &State::repositories, std::move(preserved));
+    // Thousands of texts are freed where nobody waits for it.
+    services_.queues.utility([replaced = std::move(replaced), previous = std::move(previous)] {});
+}
+
+void RepositoryScanner::takeLastIssueRefreshFrom(const FetchDates& fetchDates) {
+    if (state_.lastIssueRefresh) return;
+    std::optional<WallTime> latest;
+    for (const auto& repository : repositories()) {
+        const auto date = fetchDates.find(repository->path);
+        if (date != fetchDates.end()) latest = std::max(latest, std::optional(date->second));
+    }
+    if (latest) publish(Property::lastIssueRefresh, &State::lastIssueRefresh, latest);
+}
+
+// Each pass that becomes due supersedes the one before it of its kind.
+void RepositoryScanner::startBackgroundPasses(const RepositoryRefreshRequest& request) {
+    if (request.refreshDependencies) ++dependencyScanGeneration_;
+    if (request.refreshIssues && configuration().showIssues) ++issueScanGeneration_;
+}
+
+std::optional<RepositoryRefreshRequest> RepositoryScanner::takeQueuedRequest() {
+    if (!std::exchange(scanRequestedWhileScanning_, false)) return std::nullopt;
+    return std::exchange(queuedRefreshRequest_, std::nullopt).value_or(RepositoryRefreshRequest{});
+}
+
+void RepositoryScanner::requestRefreshAfterPause(const RepositoryRefreshRequest& request) {
+    services_.loop
+        .after(pauseBeforeFollowUp,
+               anchor_.guarded([request](auto& self) { self.requestRefresh(request); }))
+        .detach();
+}
+
+}  // namespace tarnbeck

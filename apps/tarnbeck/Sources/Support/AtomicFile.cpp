@@ -1,0 +1,85 @@
+#include "AtomicFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <optional>
+
+#include "FileDescriptor.h"
+#include "FileSystem.h"
+#include "Paths.h"
+
+namespace tarnbeck {
+namespace {
+
+// Where a write really goes: through links that lead somewhere, also to a file not made yet.
+std::string resolvedTarget(const std::string& path) {
+    std::string target = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        char buffer[PATH_MAX];
+        const ssize_t count = readlink(target.c_str(), buffer, sizeof buffer);
+        if (count <= 0) return target;
+        const std::string link(buffer, static_cast<std::size_t>(count));
+        target = link.starts_with('/') ? link : std::string(parentPath(target)) + "/" + link;
+    }
+    return target;
+}
+
+FileDescriptor createBeside(const std::string& target, mode_t mode, std::string& name) {
+    static std::atomic<unsigned> counter{0};
+    while (true) {
+        name = target + "." + std::to_string(getpid()) + "." + std::to_string(counter++) + ".tmp";
+        FileDescriptor file(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (file || errno != EEXIST) return file;
+    }
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void flushFolderOf(const std::string& file) {
+    const std::string parent(parentPath(file));
+    const FileDescriptor folder(
+        open(parent.empty() ? "." : parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // A file system that can't flush a folder says so; the rename stands all the same.
+    if (folder) fsync(folder.get());
+}
+
+}  // namespace
+
+std::optional<std::string> writeFileAtomically(const std::string& path, std::string_view bytes,
+                                               mode_t mode) {
+    const std::string target = resolvedTarget(path);
+    struct stat existing {};
+    const bool replaces = stat(target.c_str(), &existing) == 0;
+    std::string temporary;
+    FileDescriptor file = createBeside(target, mode, temporary);
+    if (!file) return systemErrorText(errno);
+    const bool written = (!replaces || fchmod(file.get(), existing.st_mode & 07777) == 0) &&
+                         writeAll(file.get(), bytes) && fsync(file.get()) == 0;
+    int error = written ? 0 : errno;
+    file.close();
+    if (written && rename(temporary.c_str(), target.c_str()) != 0) error = errno;
+    if (error != 0) {
+        unlink(temporary.c_str());
+        return systemErrorText(error);
+    }
+    flushFolderOf(target);
+    return std::nullopt;
+}
+
+}  // namespace tarnbeck

@@ -1,0 +1,29 @@
+// Questions to the file system. All block; any thread.
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+
+#include "Result.h"
+
+namespace tarnbeck {
+
+// Both follow symbolic links: a dangling one is missing.
+bool exists(const std::string& path);
+bool isDirectory(const std::string& path);
+// A regular file after following links, with execute permission.
+bool isExecutableFile(const std::string& path);
+
+// The system's words for an error number.
+std::string systemErrorText(int errorNumber);
+
+// Creates the folder and its parents. The last one gets `mode`, the parents the usual one. Absent
+// on success, also when it was there already; otherwise the system's words.
+std::optional<std::string> createDirectories(const std::string& path, mode_t mode);
+
+// The whole file, or the system's words why not.
+Result<std::string> readFile(const std::string& path);
+
+}  // namespace tarnbeck

@@ -1,0 +1,31 @@
+#include "SystemPaths.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <sys/stat.h>
+
+#include <string_view>
+
+namespace tarnbeck {
+
+std::string withoutSystemPrefix(std::string path) {
+    constexpr std::string_view prefix = "/private";
+    if (!path.starts_with("/private/")) return path;
+    std::string rest = path.substr(prefix.size());
+    struct stat information {};
+    return stat(rest.c_str(), &information) == 0 ? rest : path;
+}
+
+bool isPackage(const std::string& directory) {
+    const auto* bytes = reinterpret_cast<const UInt8*>(directory.data());
+    CFURLRef url = CFURLCreateFromFileSystemRepresentation(
+        kCFAllocatorDefault, bytes, static_cast<CFIndex>(directory.size()), true);
+    if (!url) return false;
+    CFBooleanRef value = nullptr;
+    const bool known = CFURLCopyResourcePropertyForKey(url, kCFURLIsPackageKey, &value, nullptr);
+    const bool package = known && value && CFBooleanGetValue(value);
+    if (value) CFRelease(value);
+    CFRelease(url);
+    return package;
+}
+
+}  // namespace tarnbeck
