@@ -33,10 +33,11 @@ const std::vector<std::string> environment = {
 std::string git(const std::string& folder, const std::vector<std::string>& arguments,
                 bool mayFail) {
     PosixProcessLauncher launcher;
-    auto child = launcher.launch({.executable = "/usr/bin/git",
+    const std::string executable = "/usr/bin/git";
+    auto child = launcher.launch({.executable = executable,
                                   .arguments = arguments,
                                   .environment = environment,
-                                  .workingDirectory = folder});
+                                  .workingDirectory = folder.c_str()});
     if (!child) throw std::runtime_error(child.error());
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     auto reader = ProcessPipeReader::readStdoutAndStderr((*child)->takeStandardOutput(),

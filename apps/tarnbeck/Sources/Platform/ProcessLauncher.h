@@ -2,22 +2,23 @@
 // session of their own and nothing else inherited.
 #pragma once
 
-#include <sys/types.h>
-
 #include <memory>
+#include <span>
 #include <string>
-#include <vector>
+
+#include <sys/types.h>
 
 #include "FileDescriptor.h"
 #include "Result.h"
 
 namespace tarnbeck {
 
+// Views into what the caller holds until the launch is done.
 struct LaunchRequest {
-    std::string executable;  // absolute; no search path is used
-    std::vector<std::string> arguments;
-    std::vector<std::string> environment;  // "NAME=value", all that the child gets
-    std::string workingDirectory = "/";
+    const std::string& executable;  // absolute; no search path is used
+    std::span<const std::string> arguments;
+    std::span<const std::string> environment;  // "NAME=value", all that the child gets
+    const char* workingDirectory = "/";
 };
 
 // A running child. It is reaped when it is asked for its status, or when this goes; one that still
@@ -33,8 +34,9 @@ class ChildProcess {
     // The read ends of the child's pipes; each may be taken once.
     virtual FileDescriptor takeStandardOutput() = 0;
     virtual FileDescriptor takeStandardError() = 0;
-    // Readable (to `poll`) when the child has ended. Valid as long as this lives.
-    virtual int exitDescriptor() const = 0;
+    // Readable (to `poll`) when the child has ended; made when it is first asked for, and valid as
+    // long as this lives. Negative when the system has no more descriptors.
+    virtual int exitDescriptor() = 0;
 
     // Reaps the child if it has ended.
     virtual bool isRunning() = 0;

@@ -1,14 +1,15 @@
 #include "Text.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
-
-#include <cstdint>
-#include <cstring>
-#include <memory>
 
 namespace tarnbeck {
 namespace {
@@ -27,7 +28,9 @@ bool isWhitespaceOrNewline(UChar32 character) {
            character == 0x202F || character == 0x205F || character == 0x3000;
 }
 
-std::int32_t length(std::string_view text) { return static_cast<std::int32_t>(text.size()); }
+std::int32_t length(std::string_view text) {
+    return static_cast<std::int32_t>(text.size());
+}
 
 // Reads the character that begins at `position` and moves behind it; negative when it is malformed.
 UChar32 nextCharacter(std::string_view text, std::int32_t& position) {
@@ -132,7 +135,9 @@ std::string replacingInvalidUtf8(std::string_view bytes) {
     return text;
 }
 
-std::string_view trimmingNewlines(std::string_view text) { return trimmingWhere(text, isNewline); }
+std::string_view trimmingNewlines(std::string_view text) {
+    return trimmingWhere(text, isNewline);
+}
 
 std::string_view trimmingWhitespaceAndNewlines(std::string_view text) {
     return trimmingWhere(text, isWhitespaceOrNewline);
@@ -145,6 +150,13 @@ std::string_view trimming(std::string_view text, char character) {
 }
 
 std::string lowercased(std::string_view text) {
+    if (std::ranges::all_of(text, [](unsigned char byte) { return byte < 0x80; })) {
+        std::string lower(text);
+        for (char& byte : lower) {
+            if (byte >= 'A' && byte <= 'Z') byte = static_cast<char>(byte - 'A' + 'a');
+        }
+        return lower;
+    }
     std::string lower;
     icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), length(text)))
         .toLower(icu::Locale::getRoot())

@@ -1,11 +1,5 @@
 #include "PosixProcessLauncher.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -14,6 +8,12 @@
 #include <optional>
 #include <utility>
 #include <vector>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "ExitEvent.h"
 #include "FileSystem.h"
@@ -26,7 +26,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // The text forms that the system call wants, viewing into the request.
-std::vector<char*> pointers(const std::vector<std::string>& texts, const std::string* first) {
+std::vector<char*> pointers(std::span<const std::string> texts, const std::string* first) {
     std::vector<char*> result;
     result.reserve(texts.size() + 2);
     if (first) result.push_back(const_cast<char*>(first->c_str()));
@@ -43,7 +43,7 @@ class SpawnActions {
     ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
 
     void prepare(const LaunchRequest& request, int standardOutput, int standardError) {
-        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory.c_str());
+        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory);
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, standardError, STDERR_FILENO);
@@ -59,9 +59,8 @@ class SpawnAttributes {
   public:
     SpawnAttributes() {
         posix_spawnattr_init(&attributes_);
-        posix_spawnattr_setflags(&attributes_,
-                                 POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK |
-                                     POSIX_SPAWN_SETSIGDEF | systemSpawnFlags);
+        posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK |
+                                                   POSIX_SPAWN_SETSIGDEF | systemSpawnFlags);
         sigset_t signals;
         sigemptyset(&signals);
         posix_spawnattr_setsigmask(&attributes_, &signals);
@@ -181,8 +180,7 @@ class PosixChildProcess : public ChildProcess {
         : children_(std::move(children)),
           child_(child),
           output_(std::move(output)),
-          error_(std::move(error)),
-          exit_(exitEventOf(child)) {}
+          error_(std::move(error)) {}
 
     ~PosixChildProcess() override {
         if (isRunning()) children_->abandon(child_);
@@ -191,7 +189,10 @@ class PosixChildProcess : public ChildProcess {
     pid_t processIdentifier() const override { return child_; }
     FileDescriptor takeStandardOutput() override { return std::move(output_); }
     FileDescriptor takeStandardError() override { return std::move(error_); }
-    int exitDescriptor() const override { return exit_.get(); }
+    int exitDescriptor() override {
+        if (!exit_ && !status_) exit_ = exitEventOf(child_);
+        return exit_.get();
+    }
 
     bool isRunning() override {
         if (!status_) status_ = children_->reap(child_);
@@ -218,7 +219,9 @@ class PosixChildProcess : public ChildProcess {
 
 PosixProcessLauncher::PosixProcessLauncher() : children_(std::make_shared<LiveChildren>()) {}
 
-PosixProcessLauncher::~PosixProcessLauncher() { children_->reapAbandoned(); }
+PosixProcessLauncher::~PosixProcessLauncher() {
+    children_->reapAbandoned();
+}
 
 Result<std::unique_ptr<ChildProcess>> PosixProcessLauncher::launch(const LaunchRequest& request) {
     static const SpawnAttributes attributes;
@@ -232,19 +235,14 @@ Result<std::unique_ptr<ChildProcess>> PosixProcessLauncher::launch(const LaunchR
     SpawnActions actions;
     actions.prepare(request, output.writeEnd.get(), errors.writeEnd.get());
     pid_t child = -1;
-    const int failure = posix_spawn(&child, request.executable.c_str(), actions.get(),
-                                    attributes.get(),
-                                    pointers(request.arguments, &request.executable).data(),
-                                    pointers(request.environment, nullptr).data());
+    const int failure =
+        posix_spawn(&child, request.executable.c_str(), actions.get(), attributes.get(),
+                    pointers(request.arguments, &request.executable).data(),
+                    pointers(request.environment, nullptr).data());
     if (failure != 0) return Failure{systemErrorText(failure)};
-    auto process = std::make_unique<PosixChildProcess>(
-        children_, child, std::move(output.readEnd), std::move(errors.readEnd));
+    auto process = std::make_unique<PosixChildProcess>(children_, child, std::move(output.readEnd),
+                                                       std::move(errors.readEnd));
     if (!children_->add(child)) ::kill(-child, SIGKILL);
-    if (process->exitDescriptor() < 0) {
-        const int error = errno;
-        process->kill();
-        return Failure{systemErrorText(error)};
-    }
     return std::unique_ptr<ChildProcess>(std::move(process));
 }
 

@@ -81,20 +81,12 @@ std::vector<GitStash> parseStashes(std::string_view output) {
 
 std::vector<GitWorktree> parseWorktrees(std::string_view output) {
     std::vector<GitWorktree> worktrees;
-    std::optional<GitWorktree> current;
-    const auto flush = [&] {
-        if (!current) return;
-        current->isMainWorktree = worktrees.empty();
-        worktrees.push_back(*std::move(current));
-        current.reset();
-    };
-    // What stands before the first path belongs to nobody and is cleared by it.
-    GitWorktree nobody;
+    GitWorktree nobody;  // what stands before the first path belongs to no worktree
     forEachLine(output, [&](std::string_view line) {
-        GitWorktree& worktree = current ? *current : nobody;
+        GitWorktree& worktree = worktrees.empty() ? nobody : worktrees.back();
         if (const auto path = behind("worktree ", line)) {
-            flush();
-            current.emplace().path = *path;
+            const bool isFirst = worktrees.empty();
+            worktrees.push_back({.path = std::string(*path), .isMainWorktree = isFirst});
         } else if (const auto hash = behind("HEAD ", line)) {
             worktree.commitHash = *hash;
         } else if (const auto head = behind("branch refs/heads/", line)) {
@@ -107,7 +99,6 @@ std::vector<GitWorktree> parseWorktrees(std::string_view output) {
             worktree.isBare = true;
         }
     });
-    flush();
     return worktrees;
 }
 

@@ -19,7 +19,7 @@ CommandResult DependencyCommandRunner::runCommand(const Command& command) const 
     auto launched = launcher_.launch({.executable = command.executable,
                                       .arguments = command.args,
                                       .environment = environment_,
-                                      .workingDirectory = command.cwd});
+                                      .workingDirectory = command.cwd.c_str()});
     if (!launched) return {.launchError = "Failed to launch command: " + launched.error()};
     ChildProcess& child = **launched;
     auto reader = ProcessPipeReader::readStdoutAndStderr(child.takeStandardOutput(),
@@ -33,7 +33,6 @@ CommandResult DependencyCommandRunner::runCommand(const Command& command) const 
     const auto end = steady_clock::now() + 2s;
     reader.waitForEnd(end);
     reader.waitForExit(child, end);
-    child.isRunning();
     result.terminationStatus = child.terminationStatus();
     const std::string output = reader.takeStandardOutput();
     const std::string errors = reader.takeStandardError();

@@ -1,8 +1,8 @@
 #include "GitCommand.h"
 
-#include <fmt/format.h>
-
 #include <utility>
+
+#include <fmt/format.h>
 
 #include "ProcessPipeReader.h"
 #include "Text.h"
@@ -54,7 +54,6 @@ std::optional<std::string> GitCommand::run(const GitInvocation& invocation) cons
         return std::nullopt;
     }
     reader.waitForEnd(steady_clock::now() + 2s);
-    child.isRunning();
     if (child.terminationStatus() != 0) {
         const std::string errors = reader.takeStandardError();
         log_.write(fmt::format("FAIL({}) {} — {}", child.terminationStatus(), subject(),

@@ -1,17 +1,20 @@
 #include "ProcessPipeReader.h"
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 
+#include <poll.h>
+#include <unistd.h>
+
 namespace tarnbeck {
 namespace {
 
+using namespace std::chrono_literals;
 using std::chrono::steady_clock;
+
+constexpr int noEvent = -1;
 
 // Rounded up, so that a deadline is never met early by a turn of the loop.
 int millisecondsUntil(steady_clock::time_point deadline) {
@@ -40,32 +43,30 @@ std::string PipeBuffer::takeContent() {
     return reachedEnd() ? std::move(bytes_) : std::string();
 }
 
-bool ProcessPipeReadHandle::waitForExit(const ChildProcess& child,
-                                        steady_clock::time_point deadline) {
-    while (true) {
-        if (drainOnce(child.exitDescriptor(), deadline)) return true;
+bool ProcessPipeReadHandle::waitForExit(ChildProcess& child, steady_clock::time_point deadline) {
+    // Nearly every child ends within this time, and closes its pipes as it ends: then no event has
+    // to be asked for.
+    waitForEnd(std::min(deadline, steady_clock::now() + 50ms));
+    while (child.isRunning()) {
         if (steady_clock::now() >= deadline) return false;
+        drainOnce(child.exitDescriptor(), deadline);
     }
+    return true;
 }
 
 bool ProcessPipeReadHandle::waitForEnd(steady_clock::time_point deadline) {
-    constexpr int noEvent = -1;
-    while (!standardOutput_.reachedEnd() || !standardError_.reachedEnd()) {
-        drainOnce(noEvent, deadline);
-        if (steady_clock::now() >= deadline) break;
-    }
-    return standardOutput_.reachedEnd() && standardError_.reachedEnd();
+    while (!reachedEnd() && steady_clock::now() < deadline) drainOnce(noEvent, deadline);
+    return reachedEnd();
 }
 
-bool ProcessPipeReadHandle::drainOnce(int event, steady_clock::time_point deadline) {
+void ProcessPipeReadHandle::drainOnce(int event, steady_clock::time_point deadline) {
     // `poll` passes over negative descriptors: a pipe at its end, or no event.
     std::array<pollfd, 3> sources{{{standardOutput_.descriptor(), POLLIN, 0},
                                    {standardError_.descriptor(), POLLIN, 0},
                                    {event, POLLIN, 0}}};
-    if (poll(sources.data(), sources.size(), millisecondsUntil(deadline)) <= 0) return false;
+    if (poll(sources.data(), sources.size(), millisecondsUntil(deadline)) <= 0) return;
     if (sources[0].revents != 0) standardOutput_.readAvailable();
     if (sources[1].revents != 0) standardError_.readAvailable();
-    return sources[2].revents != 0;
 }
 
 ProcessPipeReadHandle ProcessPipeReader::readStdoutAndStderr(FileDescriptor stdoutPipe,

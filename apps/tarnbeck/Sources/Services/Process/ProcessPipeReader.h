@@ -37,8 +37,8 @@ class ProcessPipeReadHandle {
     ProcessPipeReadHandle(FileDescriptor standardOutput, FileDescriptor standardError)
         : standardOutput_(std::move(standardOutput)), standardError_(std::move(standardError)) {}
 
-    // Drains until the child has ended; false when the deadline came first.
-    bool waitForExit(const ChildProcess& child, std::chrono::steady_clock::time_point deadline);
+    // Drains until the child has ended, and reaps it; false when the deadline came first.
+    bool waitForExit(ChildProcess& child, std::chrono::steady_clock::time_point deadline);
     // Drains until both pipes are at their end; false when the deadline came first.
     bool waitForEnd(std::chrono::steady_clock::time_point deadline);
 
@@ -46,8 +46,9 @@ class ProcessPipeReadHandle {
     std::string takeStandardError() { return standardError_.takeContent(); }
 
   private:
-    // Waits for the pipes and for `event`, reads what came, and says whether `event` has come.
-    bool drainOnce(int event, std::chrono::steady_clock::time_point deadline);
+    bool reachedEnd() const { return standardOutput_.reachedEnd() && standardError_.reachedEnd(); }
+    // Waits for the pipes and for `event` (a descriptor, or -1 for none) and reads what came.
+    void drainOnce(int event, std::chrono::steady_clock::time_point deadline);
 
     PipeBuffer standardOutput_;
     PipeBuffer standardError_;

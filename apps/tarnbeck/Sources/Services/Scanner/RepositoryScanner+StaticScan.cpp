@@ -1,9 +1,9 @@
-#include <fmt/format.h>
-
 #include <chrono>
 #include <initializer_list>
 #include <utility>
 #include <variant>
+
+#include <fmt/format.h>
 
 #include "FileSystem.h"
 #include "GitHubScanner.h"
@@ -111,15 +111,15 @@ class ScanAttempt {
     }
 
     bool readBranches() {
-        const auto output = required({"branch", "--format=%(refname:short)\t%(HEAD)"},
-                                     "branch enumeration failed");
+        const auto output =
+            required({"branch", "--format=%(refname:short)\t%(HEAD)"}, "branch enumeration failed");
         if (output) repository_.branches = GitOutputParsers::parseLocalBranches(*output);
         return output.has_value();
     }
 
     bool readBareness() {
-        const auto output = required({"rev-parse", "--is-bare-repository"},
-                                     "bare repository detection failed");
+        const auto output =
+            required({"rev-parse", "--is-bare-repository"}, "bare repository detection failed");
         isBare_ = output == "true";
         return output.has_value();
     }
@@ -154,8 +154,8 @@ class ScanAttempt {
                                      "working tree status failed", Answer::mayBeEmpty);
         if (!output) return false;
         repository_.uncommittedChanges = GitOutputParsers::parseChanges(*output);
-        repository_.stashes = GitOutputParsers::parseStashes(
-            orEmpty({"stash", "list", "--format=%gd%x1f%gs"}));
+        repository_.stashes =
+            GitOutputParsers::parseStashes(orEmpty({"stash", "list", "--format=%gd%x1f%gs"}));
         repository_.stashCount = static_cast<std::int64_t>(repository_.stashes.size());
         return true;
     }
@@ -194,35 +194,28 @@ class ScanAttempt {
 
 // The pause goes through the main loop's clock, so that no thread sleeps for it.
 void scanAgainAfter(std::chrono::milliseconds pause, const RepositoryScanner::StaticScan& tools,
-                    const RepositoryScanner::ScanRequest& request, ScanCompletion completion) {
-    tools.loop.post([=] {
-        tools.loop
-            .after(pause,
-                   [=] {
-                       RepositoryScanner::scanRepositoryImpl(
-                           tools, {.at = request.at, .retryCount = request.retryCount + 1},
-                           completion);
-                   })
-            .detach();
+                    const RepositoryScanner::ScanRequest& request,
+                    const ScanCompletion& completion) {
+    const auto scanAgain = [=] {
+        RepositoryScanner::scanRepositoryImpl(
+            tools, {.at = request.at, .retryCount = request.retryCount + 1}, completion);
+    };
+    tools.loop.post([=, &loop = tools.loop, &queues = tools.queues] {
+        loop.after(pause, [=, &queues] { queues.userInitiated(scanAgain); }).detach();
     });
 }
 
 }  // namespace
 
 void RepositoryScanner::scanRepositoryImpl(const StaticScan& tools, const ScanRequest& request,
-                                           ScanCompletion completion) {
-    tools.queues.userInitiated([tools, request, completion = std::move(completion)] {
-        Outcome outcome = ScanAttempt(tools, request).run();
-        std::visit(Overloaded{
-                       [&](std::optional<GitRepository>& repository) {
-                           completion(std::move(repository));
-                       },
-                       [&](const Again& again) {
-                           scanAgainAfter(again.pause, tools, request, completion);
-                       },
-                   },
-                   outcome);
-    });
+                                           const ScanCompletion& completion) {
+    Outcome outcome = ScanAttempt(tools, request).run();
+    std::visit(
+        Overloaded{
+            [&](std::optional<GitRepository>& repository) { completion(std::move(repository)); },
+            [&](const Again& again) { scanAgainAfter(again.pause, tools, request, completion); },
+        },
+        outcome);
 }
 
 std::set<std::string> RepositoryScanner::gitHubOwnerRepos(std::string_view fromRemoteOutput) {

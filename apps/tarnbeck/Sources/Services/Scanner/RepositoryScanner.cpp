@@ -47,8 +47,8 @@ RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& se
         .configuration = std::move(configuration),
         .autoStart = true,
         .scanRepositoryHandler =
-            [tools](const std::string& path, ScanCompletion completion) {
-                scanRepositoryImpl(tools, {.at = path, .retryCount = 0}, std::move(completion));
+            [tools](const std::string& path, const ScanCompletion& completion) {
+                scanRepositoryImpl(tools, {.at = path, .retryCount = 0}, completion);
             },
     };
 }
@@ -68,6 +68,13 @@ void RepositoryScanner::setConfiguration(AppConfiguration configuration) {
     publish(Property::configuration, &State::configuration, std::move(configuration));
 }
 
+void RepositoryScanner::setRepositories(std::vector<RepositorySnapshot> repositories) {
+    std::vector<RepositorySnapshot> replaced = std::move(state_.repositories);
+    publish(Property::repositories, &State::repositories, std::move(repositories));
+    // Thousands of texts are freed where nobody waits for it.
+    services_.queues.utility([replaced = std::move(replaced)] {});
+}
+
 std::int64_t RepositoryScanner::dirtyRepoCount() const {
     return std::ranges::count_if(repositories(),
                                  [](const auto& repository) { return !repository->isClean(); });
@@ -82,9 +89,10 @@ void RepositoryScanner::startPeriodicScan() {
     const std::int64_t minutes =
         std::min(configuration().scanIntervalMinutes, longestIntervalMinutes);
     if (minutes < 1) return;
-    scanTimer_.emplace(services_.loop, std::chrono::minutes(minutes), anchor_.guarded([](auto& self) {
-        self.requestRefresh(RepositoryRefreshRequest::periodic());
-    }));
+    scanTimer_.emplace(services_.loop, std::chrono::minutes(minutes),
+                       anchor_.guarded([](auto& self) {
+                           self.requestRefresh(RepositoryRefreshRequest::periodic());
+                       }));
 }
 
 void RepositoryScanner::requestRefresh(const RepositoryRefreshRequest& request) {
@@ -108,10 +116,10 @@ void RepositoryScanner::startFullScan(const RepositoryRefreshRequest& request) {
     publish(Property::isScanning, &State::isScanning, true);
     FullScan::Input input = fullScanInput(request);
     auto fetchDates = knownFetchDates(input.configuredPaths);
-    auto deliver = anchor_.guarded([fetchDates = std::move(fetchDates)](
-                                       RepositoryScanner& self, FullScan::Result& result) {
-        self.finishFullScan(result, fetchDates);
-    });
+    auto deliver = anchor_.guarded(
+        [fetchDates = std::move(fetchDates)](RepositoryScanner& self, FullScan::Result& result) {
+            self.finishFullScan(result, fetchDates);
+        });
     const auto scan = std::make_shared<FullScan>(
         FullScan::Tools{.queues = services_.queues,
                         .log = services_.log,
@@ -166,13 +174,10 @@ void RepositoryScanner::finishFullScan(FullScan::Result& result, const FetchDate
 void RepositoryScanner::replaceRepositories(std::vector<RepositorySnapshot> merged) {
     // The list may have changed during the scan; what it holds now is what is carried over.
     SnapshotsByPath previous = keyedByPath(repositories());
-    std::vector<RepositorySnapshot> preserved = RepositoryRefreshSupport::preserveAsyncData(
+    setRepositories(RepositoryRefreshSupport::preserveAsyncData(
         std::move(merged), {.previousReposByPath = previous,
-                            .cachedGitHubDataByPath = knownGitHubData_.lastKnownData});
-    std::vector<RepositorySnapshot> replaced = std::move(state_.repositories);
-    publish(Property::repositories, &State::repositories, std::move(preserved));
-    // Thousands of texts are freed where nobody waits for it.
-    services_.queues.utility([replaced = std::move(replaced), previous = std::move(previous)] {});
+                            .cachedGitHubDataByPath = knownGitHubData_.lastKnownData}));
+    services_.queues.utility([previous = std::move(previous)] {});
 }
 
 void RepositoryScanner::takeLastIssueRefreshFrom(const FetchDates& fetchDates) {

@@ -108,6 +108,8 @@ class RepositoryScanner {
     bool isScanning() const { return state_.isScanning; }
     const AppConfiguration& configuration() const { return state_.configuration; }
     void setConfiguration(AppConfiguration configuration);
+    // Shows these snapshots, which came by another road than a full scan.
+    void setRepositories(std::vector<RepositorySnapshot> repositories);
 
     // The number of repositories that are not clean.
     std::int64_t dirtyRepoCount() const;
@@ -143,11 +145,12 @@ class RepositoryScanner {
         std::string at;  // may begin with a tilde
         int retryCount = 0;
     };
-    // Runs about a dozen git commands on a background queue, none of which writes, and completes
-    // there with the snapshot; with nothing when there is no ".git", or when git failed twice. A
-    // first failure is tried again after a pause.
+    // Runs about a dozen git commands, none of which writes, and completes with the snapshot; with
+    // nothing when there is no ".git", or when git failed twice. Blocks while git runs, so never
+    // from the main thread. A first failure is tried again after a pause: then this returns at
+    // once, and the completion comes from a background queue.
     static void scanRepositoryImpl(const StaticScan& tools, const ScanRequest& request,
-                                   ScanCompletion completion);
+                                   const ScanCompletion& completion);
 
     // Every "owner/repo" on GitHub in the output of `remote -v`, lower-cased. Pure.
     static std::set<std::string> gitHubOwnerRepos(std::string_view fromRemoteOutput);

@@ -1,0 +1,84 @@
+// Repositories to measure with, and what an engine in earnest consists of.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "GitCommand.h"
+#include "NameCollator.h"
+#include "PosixMainLoop.h"
+#include "PosixProcessLauncher.h"
+#include "RepositoryScanner.h"
+#include "ScanLog.h"
+#include "ThreadedWorkQueues.h"
+
+namespace tarnbeck::benchmark {
+
+// A folder that goes with this.
+class Folder {
+  public:
+    Folder() {
+        std::string pattern = std::filesystem::temp_directory_path() / "tarnbeck-bench-XXXXXX";
+        path_ = mkdtemp(pattern.data());
+    }
+    ~Folder() { std::filesystem::remove_all(path_); }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+// `count` repositories below `folder`, clean and dirty ones, with branches, tags, stashes, linked
+// worktrees and remotes; no scan of one pauses for a retry.
+inline std::vector<std::string> makeMixedRepositories(const std::string& folder, int count) {
+    const std::string script = "set -e; cd '" + folder + "'; export HOME='" + folder + "'\n" + R"(
+git config --global user.name A; git config --global user.email a@example.com
+git config --global init.defaultBranch main; git config --global gc.auto 0
+for i in $(seq )" + std::to_string(count) +
+                               R"(); do
+  git init -q repo$i; cd repo$i
+  for f in $(seq $((i % 40 + 1))); do echo $f > file$f; done
+  git add . ; git commit -q -m first
+  git remote add origin "https://github.com/owner/repo$i.git"
+  for b in $(seq $((i % 7))); do git branch topic/$b; done
+  for t in $(seq $((i % 11))); do git tag v$t; done
+  if [ $((i % 3)) = 0 ]; then echo change > file1; echo new > 'new file'; fi
+  if [ $((i % 5)) = 0 ]; then echo stashed > file1; git stash -q; fi
+  if [ $((i % 10)) = 0 ]; then git worktree add -q ../tree$i -b tree; fi
+  cd ..
+done)";
+    if (std::system(script.c_str()) != 0) std::abort();
+    std::vector<std::string> paths;
+    for (int index = 1; index <= count; ++index) {
+        paths.push_back(folder + "/repo" + std::to_string(index));
+    }
+    return paths;
+}
+
+struct Engine {
+    explicit Engine(std::string userHome) : home(std::move(userHome)) {}
+    ~Engine() { queues.waitUntilIdle(); }
+
+    RepositoryScanner::Services services() {
+        return {.loop = loop,
+                .queues = queues,
+                .log = log,
+                .collator = collator,
+                .git = [this](const GitInvocation& invocation) { return git.run(invocation); },
+                .home = home};
+    }
+
+    std::string home;
+    PosixMainLoop loop;
+    PosixProcessLauncher launcher;
+    ThreadedWorkQueues queues;
+    ScanLog log{{.home = home}, loop, queues};
+    GitCommand git{{.home = home}, launcher, log};
+    NameCollator collator;
+};
+
+}  // namespace tarnbeck::benchmark

@@ -1,0 +1,175 @@
+#include "ScannerHarness.h"
+
+namespace tarnbeck {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ScannerHarness;
+
+TEST(RepositoryScanner_Start, WithAutoStartTheFirstScanBeginsAtOnce) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.autoStart = true;
+    EXPECT_TRUE(harness.make().isScanning());
+}
+
+TEST(RepositoryScanner_Start, FirstScanIsFollowedByBothPasses) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.autoStart = true;
+    harness.answersAtOnce = true;
+    harness.make();
+    harness.simulation.runUntilIdle();
+    EXPECT_EQ(harness.scanner->dependencyScanGeneration(), 1);
+    EXPECT_EQ(harness.scanner->issueScanGeneration(), 1);
+}
+
+TEST(RepositoryScanner_Start, WithoutAutoStartNothingHappensByItself) {
+    ScannerHarness harness({"/r/a"});
+    harness.make();
+    harness.simulation.advance(24h);
+    EXPECT_TRUE(harness.scannedPaths.empty());
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
+}
+
+TEST(RepositoryScanner_PeriodicScan, ComesAfterTheConfiguredMinutesAgainAndAgain) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.configuration.scanIntervalMinutes = 2;
+    harness.answersAtOnce = true;
+    harness.make().startPeriodicScan();
+    harness.simulation.advance(119s);
+    EXPECT_EQ(harness.scannedPaths.size(), 0);
+    harness.simulation.advance(1s);
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+    harness.simulation.advance(20min);
+    EXPECT_EQ(harness.scannedPaths.size(), 11);
+}
+
+TEST(RepositoryScanner_PeriodicScan, AsksForDependenciesAlone) {
+    ScannerHarness harness({"/r/a"});
+    harness.folder.makeFolder(".git");
+    harness.options.configuration.repoPaths = {harness.folder.path()};
+    harness.options.configuration.scanIntervalMinutes = 1;
+    harness.answersAtOnce = true;
+    harness.make().startPeriodicScan();
+    harness.simulation.advance(1min);
+    EXPECT_EQ(harness.scanner->dependencyScanGeneration(), 1);
+    EXPECT_EQ(harness.scanner->issueScanGeneration(), 0);
+    EXPECT_TRUE(harness.gitInvocations.empty());
+}
+
+TEST(RepositoryScanner_PeriodicScan, IntervalBelowOneMeansNoTimer) {
+    for (const std::int64_t minutes : {std::int64_t{0}, std::int64_t{-5}}) {
+        ScannerHarness harness({"/r/a"});
+        harness.options.configuration.scanIntervalMinutes = minutes;
+        harness.make().startPeriodicScan();
+        EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
+    }
+}
+
+TEST(RepositoryScanner_PeriodicScan, LaterPositiveIntervalTakesEffectOnlyWhenStartedAnew) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.configuration.scanIntervalMinutes = 0;
+    harness.answersAtOnce = true;
+    harness.make().startPeriodicScan();
+    auto configuration = harness.scanner->configuration();
+    configuration.scanIntervalMinutes = 1;
+    harness.scanner->setConfiguration(configuration);
+    harness.simulation.advance(10min);
+    EXPECT_EQ(harness.scannedPaths.size(), 0);
+    harness.scanner->startPeriodicScan();
+    harness.simulation.advance(1min);
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+}
+
+TEST(RepositoryScanner_PeriodicScan, StartingAnewReplacesTheTimer) {
+    ScannerHarness harness({"/r/a"});
+    harness.make().startPeriodicScan();
+    harness.scanner->startPeriodicScan();
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 1);
+}
+
+TEST(RepositoryScanner_PeriodicScan, HugeIntervalNeverComesAndOverflowsNothing) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.configuration.scanIntervalMinutes = std::numeric_limits<std::int64_t>::max();
+    harness.make().startPeriodicScan();
+    harness.simulation.advance(24h * 365);
+    EXPECT_TRUE(harness.scannedPaths.empty());
+}
+
+TEST(RepositoryScanner_Destruction, StopsTheTimer) {
+    ScannerHarness harness({"/r/a"});
+    harness.make().startPeriodicScan();
+    harness.scanner.reset();
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
+}
+
+TEST(RepositoryScanner_Destruction, DuringAScanNoFurtherRepositoryIsScanned) {
+    ScannerHarness harness({"/r/a", "/r/b"});
+    harness.make().requestRefresh({});
+    harness.simulation.runUntilIdle();
+    harness.scanner.reset();
+    harness.answerNext();
+    harness.simulation.advance(10s);
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+}
+
+TEST(RepositoryScanner_Destruction, ResultThatIsOnItsWayFindsNobody) {
+    ScannerHarness harness({"/r/a"});
+    harness.make().requestRefresh({});
+    harness.simulation.runUntilIdle();
+    harness.waiting.front().second(testing::repositoryAt("/r/a"));
+    harness.waiting.clear();
+    harness.scanner.reset();
+    harness.simulation.advance(10s);
+    EXPECT_EQ(harness.notified, (std::vector{RepositoryScanner::Property::isScanning}));
+}
+
+TEST(RepositoryScanner_Destruction, FollowUpThatWaitsDoesNotCome) {
+    ScannerHarness harness({"/r/a"});
+    harness.make().requestRefresh({});
+    harness.simulation.runUntilIdle();
+    harness.scanner->requestRefresh({});
+    harness.answerNext();
+    harness.scanner.reset();
+    harness.simulation.advance(10s);
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+}
+
+TEST(RepositoryScanner_Paths, RepeatedPathsAreDroppedWhereTheyEnter) {
+    ScannerHarness harness;
+    const std::string home = harness.folder.path();
+    harness.options.configuration.repoPaths = {"~/a", home + "/a", home + "/a/", "~/b"};
+    harness.make();
+    EXPECT_EQ(harness.scanner->configuration().repoPaths, (std::vector<std::string>{"~/a", "~/b"}));
+    auto configuration = harness.scanner->configuration();
+    configuration.repoPaths = {home + "/c", "~/c"};
+    harness.scanner->setConfiguration(configuration);
+    EXPECT_EQ(harness.scanner->configuration().repoPaths, (std::vector{home + "/c"}));
+}
+
+TEST(RepositoryScanner_PathsDeathTest, RepeatedPathAmongTheScannedEndsTheProcess) {
+    ScannerHarness harness({"/r/a", "/r/b"});
+    harness.answer = [](const std::string&) { return testing::repositoryAt("/r/same"); };
+    harness.make();
+    EXPECT_DEATH(harness.refresh(), "Duplicate values for key: '/r/same'");
+}
+
+TEST(RepositoryScanner_Observers, TokenThatIsGoneHearsNothing) {
+    ScannerHarness harness({"/r/a"});
+    harness.make();
+    harness.observation.reset();
+    harness.refresh();
+    EXPECT_TRUE(harness.notified.empty());
+}
+
+TEST(RepositoryScanner_State, InitialValuesAreEmptyAndFalse) {
+    ScannerHarness harness;
+    const auto& state = harness.make().state();
+    EXPECT_TRUE(state.repositories.empty());
+    EXPECT_FALSE(state.isScanning || state.dependencyScanInProgress || state.issueScanInProgress);
+    EXPECT_EQ(state.dependencyScanCompletedCount, 0);
+    EXPECT_EQ(state.dependencyScanTotalCount, 0);
+    EXPECT_FALSE(state.lastScan.has_value() || state.lastIssueRefresh.has_value());
+}
+
+}  // namespace
+}  // namespace tarnbeck
