@@ -25,7 +25,8 @@ std::string resolvedTarget(const std::string& path) {
         const ssize_t count = readlink(target.c_str(), buffer, sizeof buffer);
         if (count <= 0) return target;
         const std::string link(buffer, static_cast<std::size_t>(count));
-        target = link.starts_with('/') ? link : std::string(parentPath(target)) + "/" + link;
+        const std::string folder(parentPath(target));
+        target = link.starts_with('/') || folder.empty() ? link : folder + "/" + link;
     }
     return target;
 }

@@ -1,15 +1,15 @@
 #include "Dates.h"
 
-#include <fmt/format.h>
-
 #include <chrono>
 #include <cmath>
+#include <cstdint>
+
+#include <fmt/format.h>
 
 namespace tarnbeck {
 namespace {
 
 using std::chrono::duration;
-using std::chrono::duration_cast;
 
 constexpr Date referenceDate =
     std::chrono::sys_days{std::chrono::year{2001} / std::chrono::January / 1};
@@ -27,13 +27,23 @@ std::string iso8601(Date date) {
                        time.minutes().count(), time.seconds().count());
 }
 
-double secondsSince2001(Date date) { return duration<double>(date - referenceDate).count(); }
+// Whole seconds and their fraction go separate ways, so that neither number loses its last digit
+// to the size of the other.
+double secondsSince2001(Date date) {
+    const auto sinceReference = date - referenceDate;
+    const auto whole = std::chrono::floor<std::chrono::seconds>(sinceReference);
+    const duration<double> fraction = sinceReference - whole;
+    return static_cast<double>(whole.count()) + fraction.count();
+}
 
 Date dateFromSecondsSince2001(double seconds) {
-    // Beyond about 290 years a date can't be told in this clock; it is held at the end of its range.
+    // Beyond about 290 years a date can't be told in this clock; it is held at the end of its
+    // range.
     const double limit = duration<double>(Date::max() - referenceDate).count() * 0.99;
     const double held = std::isfinite(seconds) ? std::fmin(std::fmax(seconds, -limit), limit) : 0;
-    return referenceDate + std::chrono::round<Date::duration>(duration<double>(held));
+    const double whole = std::floor(held);
+    return referenceDate + std::chrono::seconds(static_cast<std::int64_t>(whole)) +
+           std::chrono::round<Date::duration>(duration<double>(held - whole));
 }
 
 }  // namespace tarnbeck

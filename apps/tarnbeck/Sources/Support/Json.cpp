@@ -2,9 +2,7 @@
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
-#include <boost/json/parse.hpp>
 #include <boost/json/serialize.hpp>
-#include <boost/json/stream_parser.hpp>
 #include <boost/json/string.hpp>
 
 #include <algorithm>
@@ -17,8 +15,6 @@
 
 namespace tarnbeck {
 namespace {
-
-constexpr std::size_t deepestNesting = 64;
 
 class Writer {
   public:
@@ -115,21 +111,6 @@ class Writer {
 };
 
 }  // namespace
-
-Result<JsonValue> parsedJson(std::string_view bytes) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
-    boost::json::parse_options options;
-    options.max_depth = deepestNesting;
-    boost::json::stream_parser parser({}, options);
-    boost::json::error_code error;
-    const std::size_t read = parser.write_some(bytes.data(), bytes.size(), error);
-    if (!error && read < bytes.size()) error = boost::json::error::extra_data;
-    if (!error) parser.finish(error);
-    if (!error) return parser.release();
-    const auto lineFeeds = std::count(bytes.begin(), bytes.begin() + read, '\n');
-    return Failure{"line " + std::to_string(lineFeeds + 1) + ": " + error.message()};
-}
 
 std::string jsonText(const JsonValue& value, JsonLayout layout) {
     Writer writer(layout);

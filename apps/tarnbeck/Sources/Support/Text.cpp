@@ -183,7 +183,8 @@ std::size_t displayWidth(std::string_view text) {
 }
 
 std::string elidedAtEnd(std::string_view text, std::size_t columns) {
-    if (displayWidth(text) <= columns || columns == 0) return std::string(text);
+    if (displayWidth(text) <= columns) return std::string(text);
+    if (columns == 0) return {};
     std::size_t kept = 0;
     for (const std::size_t end : characterEnds(text)) {
         if (displayWidth(text.substr(0, end)) + 1 > columns) break;

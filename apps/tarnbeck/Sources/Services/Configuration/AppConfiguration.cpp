@@ -16,25 +16,10 @@
 namespace tarnbeck {
 namespace {
 
-Result<AppConfiguration> decodedConfiguration(std::string_view bytes) {
-    const Result<JsonValue> json = parsedJson(bytes);
-    if (!json) return Failure{json.error()};
-    AppConfiguration configuration;
-    try {
-        JsonDecoding::fields(*json, configuration, JsonDecoding::Keys::optional);
-    } catch (const JsonDecodingError& error) {
-        return Failure{error.what()};
-    }
-    configuration.appBackdropOpacity = std::clamp(configuration.appBackdropOpacity, 0.0, 1.0);
-    configuration.popoverBackdropOpacity =
-        std::clamp(configuration.popoverBackdropOpacity, 0.0, 1.0);
-    return configuration;
-}
-
 Result<AppConfiguration> configurationIn(const std::string& file) {
     const Result<std::string> bytes = readFile(file);
     if (!bytes) return Failure{bytes.error()};
-    return decodedConfiguration(*bytes);
+    return AppConfiguration::decoded(*bytes);
 }
 
 // Keeps a file that is about to be replaced although nobody could read what it says.
@@ -65,6 +50,21 @@ AppConfiguration AppConfiguration::load(const ConfigurationPlace& place) {
     if (configuration) return *std::move(configuration);
     place.report("Failed to load config: " + configuration.error());
     return {};
+}
+
+Result<AppConfiguration> AppConfiguration::decoded(std::string_view bytes) {
+    const Result<JsonValue> json = parsedJson(bytes);
+    if (!json) return Failure{json.error()};
+    AppConfiguration configuration;
+    try {
+        JsonDecoding::fields(*json, configuration, JsonDecoding::Keys::optional);
+    } catch (const JsonDecodingError& error) {
+        return Failure{error.what()};
+    }
+    configuration.appBackdropOpacity = std::clamp(configuration.appBackdropOpacity, 0.0, 1.0);
+    configuration.popoverBackdropOpacity =
+        std::clamp(configuration.popoverBackdropOpacity, 0.0, 1.0);
+    return configuration;
 }
 
 bool AppConfiguration::save(const ConfigurationPlace& place) const {

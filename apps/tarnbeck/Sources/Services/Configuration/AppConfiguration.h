@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Record.h"
+#include "Result.h"
 #include "TextEnumeration.h"
 
 namespace tarnbeck {
@@ -53,6 +54,10 @@ struct AppConfiguration {
     // The configuration in the file; the default one when there is no file or it can't be read,
     // which is reported as "Failed to load config: <error>". Never fails. Blocks on the disk.
     static AppConfiguration load(const ConfigurationPlace& place);
+
+    // The configuration that the bytes of a file hold, or why they hold none. One value of a wrong
+    // type fails the whole; opacities are brought into their range. Pure.
+    static Result<AppConfiguration> decoded(std::string_view bytes);
 
     // Replaces the file atomically; false, and "Failed to save config: <error>", when that fails.
     // A file that can't be read as a configuration is first kept beside it, as

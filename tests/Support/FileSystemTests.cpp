@@ -1,0 +1,98 @@
+#include <filesystem>
+
+#include <sys/stat.h>
+
+#include "FileSystem.h"
+#include "MachineRights.h"
+#include "TemporaryFolder.h"
+
+namespace tarnbeck {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileSystemQuestions : public ::testing::Test {
+  protected:
+    std::string link(const std::string& target) const {
+        fs::create_symlink(target, folder_ / "link");
+        return folder_ / "link";
+    }
+
+    mode_t modeOf(const std::string& path) const {
+        struct stat information {};
+        EXPECT_EQ(stat(path.c_str(), &information), 0) << path;
+        return information.st_mode & 07777;
+    }
+
+    testing::TemporaryFolder folder_;
+};
+
+TEST_F(FileSystemQuestions, DanglingLinkIsMissing) {
+    EXPECT_FALSE(exists(link("gone")));
+}
+
+TEST_F(FileSystemQuestions, LinkInACircleIsMissing) {
+    EXPECT_FALSE(exists(link("link")));
+}
+
+TEST_F(FileSystemQuestions, LinkThatLeadsSomewhereExists) {
+    folder_.write("file", "");
+    EXPECT_TRUE(exists(link("file")));
+}
+
+TEST_F(FileSystemQuestions, LinkToAFolderIsAFolder) {
+    folder_.makeFolder("inner");
+    EXPECT_TRUE(isDirectory(link("inner")));
+    EXPECT_FALSE(isDirectory(folder_.write("file", "")));
+    EXPECT_FALSE(isDirectory(folder_ / "gone"));
+}
+
+TEST_F(FileSystemQuestions, ExecutableFileIsARegularOneWithPermission) {
+    const std::string file = folder_.write("tool", "");
+    chmod(file.c_str(), 0644);
+    EXPECT_FALSE(isExecutableFile(file));
+    chmod(file.c_str(), 0755);
+    EXPECT_TRUE(isExecutableFile(file));
+    EXPECT_TRUE(isExecutableFile(link("tool")));
+}
+
+TEST_F(FileSystemQuestions, FolderIsNoExecutableFile) {
+    EXPECT_FALSE(isExecutableFile(folder_.makeFolder("inner")));
+    EXPECT_FALSE(isExecutableFile(folder_ / "gone"));
+}
+
+TEST_F(FileSystemQuestions, FoldersAreMadeWithTheirParents) {
+    EXPECT_EQ(createDirectories(folder_ / "a/b/c", 0700), std::nullopt);
+    EXPECT_EQ(modeOf(folder_ / "a/b/c"), 0700U);
+    EXPECT_NE(modeOf(folder_ / "a/b"), 0700U);
+}
+
+TEST_F(FileSystemQuestions, FolderThatIsThereStaysAsItIs) {
+    chmod(folder_.makeFolder("a").c_str(), 0755);
+    EXPECT_EQ(createDirectories(folder_ / "a", 0700), std::nullopt);
+    EXPECT_EQ(modeOf(folder_ / "a"), 0755U);
+}
+
+TEST_F(FileSystemQuestions, FileInTheWayOfAFolderIsAFailure) {
+    folder_.write("a", "");
+    EXPECT_EQ(createDirectories(folder_ / "a", 0700), "File exists");
+    EXPECT_EQ(createDirectories(folder_ / "a/b", 0700), "File exists");
+}
+
+TEST_F(FileSystemQuestions, FileIsReadToItsEnd) {
+    const std::string content(200'001, 'x');
+    EXPECT_EQ(*readFile(folder_.write("file", content)), content);
+    EXPECT_EQ(*readFile(folder_.write("empty", "")), "");
+}
+
+TEST_F(FileSystemQuestions, FailedReadingSaysWhyInTheSystemsWords) {
+    EXPECT_EQ(readFile(folder_ / "gone").error(), "No such file or directory");
+    EXPECT_EQ(readFile(folder_.path()).error(), "Is a directory");
+    const std::string locked = folder_.write("locked", "x");
+    chmod(locked.c_str(), 0);
+    const testing::WithoutRootRights rights;
+    EXPECT_EQ(readFile(locked).error(), "Permission denied");
+}
+
+}  // namespace
+}  // namespace tarnbeck

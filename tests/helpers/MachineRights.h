@@ -1,0 +1,26 @@
+// What tests need of the machine to see files go wrong: lost rights and a full disk.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace tarnbeck::testing {
+
+// As long as this lives, the modes of files hold for the calling thread even when it is root's.
+// Nothing changes for an ordinary user.
+class WithoutRootRights {
+  public:
+    WithoutRootRights();
+    ~WithoutRootRights();
+    WithoutRootRights(const WithoutRootRights&) = delete;
+    WithoutRootRights& operator=(const WithoutRootRights&) = delete;
+};
+
+// Runs `action` on a thread that alone sees a disk of `bytes` at `folder`; the disk goes with the
+// thread. Absent when it ran; otherwise the reason why this machine can't do it.
+std::optional<std::string> runOnSmallDisk(const std::string& folder, std::size_t bytes,
+                                          const std::function<void()>& action);
+
+}  // namespace tarnbeck::testing
