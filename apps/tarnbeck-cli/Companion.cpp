@@ -13,7 +13,9 @@ Companion::Companion(std::string home)
       log_({.home = home_}, loop_, queues_),
       git_({.home = home_}, launcher_, log_) {}
 
-Companion::~Companion() { queues_.waitUntilIdle(); }
+Companion::~Companion() {
+    queues_.waitUntilIdle();
+}
 
 RepositoryScanner::Services Companion::services() {
     return {.loop = loop_,
