@@ -27,7 +27,7 @@ RepositoryScanner::Services Companion::services() {
 }
 
 void Companion::runLoop(const Task& begin) {
-    const auto endings = {SIGINT, SIGTERM, SIGHUP};
+    const auto endings = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
     loop_.onSignals(endings, [this](int signal) { endBySignal(signal); });
     begin();
     loop_.run();
