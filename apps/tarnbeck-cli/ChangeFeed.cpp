@@ -1,10 +1,13 @@
 #include "ChangeFeed.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <iterator>
 #include <string_view>
 #include <unordered_map>
+
+#include <fmt/format.h>
 
 #include "Dates.h"
 #include "RepositoryJson.h"
@@ -25,10 +28,17 @@ JsonObject event(std::string_view name, Date at) {
     return {{"event", name}, {"at", iso8601(at)}};
 }
 
-std::string line(const JsonObject& object) { return jsonText(object) + "\n"; }
+std::string line(const JsonObject& object) {
+    return jsonText(object) + "\n";
+}
 
-// "14:03:22" of "2026-03-01T14:03:22Z"
-std::string clockTime(Date at) { return iso8601(at).substr(11, 8); }
+// The user's own time of day, "14:03:22".
+std::string clockTime(Date at) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(at);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return fmt::format("{:02}:{:02}:{:02}", local.tm_hour, local.tm_min, local.tm_sec);
+}
 
 }  // namespace
 
@@ -42,8 +52,9 @@ RepositoryChanges changesBetween(const Snapshots& before, const Snapshots& after
         if (!same) changes.changed.push_back(repository);
     }
     const auto present = byPath(after);
-    std::ranges::copy_if(before, std::back_inserter(changes.removed),
-                         [&](const auto& repository) { return !present.contains(repository->path); });
+    std::ranges::copy_if(before, std::back_inserter(changes.removed), [&](const auto& repository) {
+        return !present.contains(repository->path);
+    });
     return changes;
 }
 

@@ -19,7 +19,8 @@ struct RepositoryChanges {
 RepositoryChanges changesBetween(const std::vector<RepositorySnapshot>& before,
                                  const std::vector<RepositorySnapshot>& after);
 
-// The events of the feed; each is one line with a line feed. Times in UTC.
+// The events of the feed; each is one line with a line feed. Times in UTC in JSON, in the user's
+// time zone for people.
 class ChangeFeed {
   public:
     enum class Form { forPeople, json };

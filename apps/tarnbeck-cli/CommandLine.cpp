@@ -1,11 +1,11 @@
 #include "CommandLine.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <array>
-#include <map>
 #include <string_view>
+#include <utility>
+
+#include <CLI/CLI.hpp>
 
 #include "ExitStatus.h"
 
@@ -14,24 +14,108 @@ namespace {
 
 constexpr std::array<std::string_view, 6> commands = {"status", "watch",  "discover",
                                                       "add",    "remove", "config"};
-constexpr std::array<std::string_view, 4> globalFlags = {"-h", "--help", "--version", "--help-all"};
+constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
-// `tarnbeck-cli ~/projects` means `tarnbeck-cli status ~/projects`.
-void addDefaultCommand(std::vector<std::string>& words) {
-    if (!words.empty() && (std::ranges::find(commands, words[0]) != commands.end() ||
-                           std::ranges::find(globalFlags, words[0]) != globalFlags.end())) {
-        return;
+constexpr std::string_view overview =
+    "Without a command, `status` is meant: `tarnbeck-cli ~/projects` shows what is there.\n"
+    "A path that is named like a command is written with its folder: `./config`.\n"
+    "\n"
+    "Exit status: 0 all done; 1 something could not be done, standard error says what;\n"
+    "2 wrong usage.";
+
+constexpr std::string_view legend =
+    "The icon tells what matters most, those that need work come first:\n"
+    "  ✎ uncommitted changes   ⬢ detached HEAD    red\n"
+    "  ↑ ahead of upstream     ▲ something else   orange\n"
+    "  ↓ behind upstream       ↔ diverged         yellow\n"
+    "  ✓ clean                                    green\n"
+    "Something else: branches besides main and master, worktrees, stashes, or git's\n"
+    "configuration.";
+
+template <std::size_t count>
+bool isOneOf(const std::array<std::string_view, count>& words, std::string_view word) {
+    return std::ranges::find(words, word) != words.end();
+}
+
+// `tarnbeck-cli ~/projects` means `tarnbeck-cli status ~/projects`, and `tarnbeck-cli help add`
+// means `tarnbeck-cli add --help`.
+void addWhatIsMeant(std::vector<std::string>& words) {
+    if (!words.empty() && words[0] == "help") {
+        words.erase(words.begin());
+        words.resize(words.empty() ? 0 : 1);
+        words.emplace_back("--help");
     }
-    words.insert(words.begin(), "status");
+    const bool saysWhat =
+        !words.empty() && (isOneOf(commands, words[0]) || isOneOf(globalFlags, words[0]));
+    if (!saysWhat) words.insert(words.begin(), "status");
+}
+
+// The parser has its own ideas about some words ("[a,b]" and "{}" are lists, "++" ends a command),
+// and about what comes behind "--". Such a word becomes another path to the same place.
+std::vector<std::string> withPlainPaths(std::vector<std::string> words) {
+    const auto divider = std::ranges::find(words, "--");
+    const auto isSpecial = [](const std::string& word) {
+        return word.starts_with('[') || word.starts_with('{') || word == "++";
+    };
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        const bool isPath = word > divider && word->starts_with('-');
+        if (isPath || isSpecial(*word)) word->insert(0, "./");
+    }
+    if (divider != words.end()) words.erase(divider);
+    return words;
+}
+
+constexpr std::array<std::pair<std::string_view, ColorChoice>, 3> colorWords = {{
+    {"auto", ColorChoice::automatic},
+    {"always", ColorChoice::always},
+    {"never", ColorChoice::never},
+}};
+
+const ColorChoice* colorChoice(std::string_view word) {
+    const auto found =
+        std::ranges::find(colorWords, word, [](const auto& each) { return each.first; });
+    return found == colorWords.end() ? nullptr : &found->second;
 }
 
 void addColor(CLI::App* command, ColorChoice& color) {
-    static const std::map<std::string, ColorChoice> names = {{"auto", ColorChoice::automatic},
-                                                             {"always", ColorChoice::always},
-                                                             {"never", ColorChoice::never}};
-    command->add_option("--color", color, "auto (a terminal without NO_COLOR), always or never")
-        ->transform(CLI::CheckedTransformer(names).description(""))
+    command
+        ->add_option(
+            "--color",
+            [&color](const CLI::results_t& words) {
+                color = *colorChoice(words.back());
+                return true;
+            },
+            "auto (on a terminal, unless NO_COLOR is set), always or never")
+        ->check([](const std::string& word) {
+            if (colorChoice(word)) return std::string();
+            return "takes auto, always or never, not \"" + word + "\"";
+        })
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->type_name("WHEN");
+}
+
+CLI::Option* addPaths(CLI::App* command, const std::string& name, std::vector<std::string>& paths,
+                      const std::string& description) {
+    return command->add_option(name, paths, description)
+        ->check([](const std::string& path) {
+            return path.empty() ? std::string("an empty text is no path") : std::string();
+        })
+        ->type_name("");
+}
+
+void shapeHelp(CLI::App& app) {
+    const auto formatter = app.get_formatter();
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("Positionals", "Arguments");
+    formatter->label("REQUIRED", "");
+    formatter->column_width(20);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("tarnbeck-cli: ") + error.what() +
+               "\nRun `tarnbeck-cli --help`, or a command with --help, for what it takes.\n";
+    });
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.set_version_flag("--version", "tarnbeck-cli " TARNBECK_VERSION,
+                         "Print the version and exit");
 }
 
 // One command: its words on the command line, and the arguments that come of them.
@@ -39,7 +123,9 @@ template <class CommandArguments>
 class Command {
   public:
     Command(CLI::App& app, const std::string& name, const std::string& description)
-        : app_(app.add_subcommand(name, description)) {}
+        : app_(app.add_subcommand(name, description)) {
+        app_->group("Commands");
+    }
 
     CLI::App* operator->() const { return app_; }
     CLI::App* app() const { return app_; }
@@ -54,38 +140,41 @@ class Command {
 }  // namespace
 
 std::variant<Arguments, int> parsedCommandLine(std::vector<std::string> words) {
-    addDefaultCommand(words);
+    addWhatIsMeant(words);
     CLI::App app("A live picture of local git repositories, in the terminal.", "tarnbeck-cli");
-    app.set_version_flag("--version", "tarnbeck-cli " TARNBECK_VERSION);
-    app.require_subcommand(1);
-    app.footer("Without a command, `status` is meant. Exit status: 0 when all was scanned, 1 when\n"
-               "something could not be done, 2 for wrong usage.");
+    shapeHelp(app);
+    app.require_subcommand(0, 1);
 
     Command<StatusArguments> status(app, "status", "Show the state of repositories");
-    status->add_option("PATH", status.arguments.paths,
-                       "Repositories, or folders to find them in; without, the configured ones");
+    addPaths(status.app(), "PATH", status.arguments.paths,
+             "Repositories, or folders to find them in; without, the configured ones");
     status->add_flag("--json", status.arguments.json, "Print one JSON array");
     status->add_flag("--fetch", status.arguments.fetch, "Fetch from the remotes first");
     addColor(status.app(), status.arguments.color);
+    status->footer(std::string(legend));
 
-    Command<WatchArguments> watch(app, "watch", "Stay and print what changes");
+    Command<WatchArguments> watch(app, "watch",
+                                  "Show the configured repositories, stay, and print what changes");
     watch->add_flag("--json", watch.arguments.json, "Print one JSON object a line");
     addColor(watch.app(), watch.arguments.color);
 
     Command<DiscoverArguments> discover(app, "discover", "Find repositories below folders");
-    discover->add_option("DIR", discover.arguments.directories,
-                         "Where to look; without, the configured folders");
+    addPaths(discover.app(), "DIR", discover.arguments.directories,
+             "Where to look; without, the configured folders");
     discover->add_flag("--json", discover.arguments.json, "Print one JSON array of paths");
 
     Command<AddArguments> add(app, "add", "Add repositories to the configuration");
-    add->add_option("PATH", add.arguments.paths, "Repositories, or paths inside them")->required();
+    addPaths(add.app(), "PATH", add.arguments.paths, "Repositories, or paths inside them")
+        ->required();
 
     Command<RemoveArguments> remove(app, "remove", "Remove repositories from the configuration");
-    remove->add_option("PATH", remove.arguments.paths, "Configured repositories")->required();
+    addPaths(remove.app(), "PATH", remove.arguments.paths, "Configured repositories")->required();
 
     Command<ConfigArguments> config(app, "config", "Show where the files are and what is set");
     config->add_flag("--json", config.arguments.json, "Print one JSON object");
+    app.footer(std::string(overview));
 
+    words = withPlainPaths(std::move(words));
     std::ranges::reverse(words);  // the form in which the parser takes them
     try {
         app.parse(std::move(words));

@@ -13,7 +13,9 @@ Companion::Companion(std::string home)
       log_({.home = home_}, loop_, queues_),
       git_({.home = home_}, launcher_, log_) {}
 
-Companion::~Companion() { queues_.waitUntilIdle(); }
+Companion::~Companion() {
+    queues_.waitUntilIdle();
+}
 
 RepositoryScanner::Services Companion::services() {
     return {.loop = loop_,
@@ -25,7 +27,7 @@ RepositoryScanner::Services Companion::services() {
 }
 
 void Companion::runLoop(const Task& begin) {
-    const auto endings = {SIGINT, SIGTERM, SIGHUP};
+    const auto endings = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
     loop_.onSignals(endings, [this](int signal) { endBySignal(signal); });
     begin();
     loop_.run();

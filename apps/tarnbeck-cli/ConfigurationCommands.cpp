@@ -1,6 +1,6 @@
-#include <fmt/format.h>
-
 #include <algorithm>
+
+#include <fmt/format.h>
 
 #include "Commands.h"
 #include "ExitStatus.h"
@@ -19,7 +19,7 @@ Result<std::string> repositoryToAdd(const std::string& typed, const std::string&
     const std::string path = absolutePath(typed, home);
     if (const auto missing = reasonWhyMissing(path)) return Failure{*missing};
     const auto repository = enclosingRepository(path);
-    if (!repository) return Failure{"is not a git repository"};
+    if (!repository) return Failure{"is neither a git repository nor inside one"};
     if (!isValidUtf8(*repository)) return Failure{"its path is not valid UTF-8"};
     return *repository;
 }
@@ -27,8 +27,41 @@ Result<std::string> repositoryToAdd(const std::string& typed, const std::string&
 auto findConfigured(std::vector<std::string>& repoPaths, const std::string& path,
                     const std::string& home) {
     return std::ranges::find_if(repoPaths, [&](const std::string& configured) {
-        return expandingTilde(configured, home) == path;
+        return absolutePath(configured, home) == path;
     });
+}
+
+// The lines of a value, as people write it: a list takes one line an element.
+std::vector<std::string> linesOf(const JsonValue& value) {
+    if (const auto* text = value.if_string()) {
+        return {text->empty() ? "(empty)" : printable(std::string_view(*text))};
+    }
+    const auto* list = value.if_array();
+    if (!list) return {jsonText(value)};
+    std::vector<std::string> lines;
+    for (const JsonValue& element : *list) {
+        lines.push_back(printable(std::string_view(element.as_string())));
+    }
+    return lines.empty() ? std::vector<std::string>{"(none)"} : lines;
+}
+
+std::string namedLines(std::string_view name, const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        text += fmt::format("{:<30}{}\n", text.empty() ? name : "", line);
+    }
+    return text;
+}
+
+std::string forPeople(const JsonObject& files, const JsonObject& values) {
+    std::string text;
+    for (const auto& [name, path] : files) {
+        const std::string file(path.as_string());
+        text += namedLines(name, {printable(file) + (exists(file) ? "" : " (not there yet)")});
+    }
+    text += "\n";
+    for (const auto& [name, value] : values) text += namedLines(name, linesOf(value));
+    return text;
 }
 
 }  // namespace
@@ -89,17 +122,7 @@ int runConfig(Companion& companion, const ConfigArguments& arguments) {
         print(jsonText(JsonObject{{"files", files}, {"values", values}}) + "\n");
         return exitSuccess;
     }
-    std::string text;
-    for (const auto& [name, path] : files) {
-        const std::string file(path.as_string());
-        text += fmt::format("{:<30}{}{}\n", std::string_view(name), printable(file),
-                            exists(file) ? "" : " (not there yet)");
-    }
-    text += "\n";
-    for (const auto& [name, value] : values.as_object()) {
-        text += fmt::format("{:<30}{}\n", std::string_view(name), jsonText(value));
-    }
-    print(text);
+    print(forPeople(files, values.as_object()));
     return exitSuccess;
 }
 

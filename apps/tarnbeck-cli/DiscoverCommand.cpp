@@ -8,6 +8,18 @@
 
 namespace tarnbeck::cli {
 
+namespace {
+
+// As they are for another program, harmless on a terminal.
+void printLines(const std::vector<std::string>& paths) {
+    const bool forPeople = standardOutputIsTerminal();
+    std::string lines;
+    for (const std::string& path : paths) lines += (forPeople ? printable(path) : path) + "\n";
+    print(lines);
+}
+
+}  // namespace
+
 int runDiscover(Companion& companion, const DiscoverArguments& arguments) {
     const AppConfiguration configuration = AppConfiguration::load(companion.place());
     int status = exitSuccess;
@@ -15,19 +27,22 @@ int runDiscover(Companion& companion, const DiscoverArguments& arguments) {
     if (!arguments.directories.empty()) {
         directories = arguments.directories;
         for (const std::string& directory : directories) {
-            const auto missing = reasonWhyMissing(absolutePath(directory, companion.home()));
-            if (!missing) continue;
-            complain(directory + ": " + *missing);
+            const auto reason = reasonWhyUnsearchable(absolutePath(directory, companion.home()));
+            if (!reason) continue;
+            complain(directory + ": " + *reason);
             status = exitFailure;
         }
     }
     const auto found = discoverRepos({.in = directories,
                                       .ignoring = configuration.discoveryIgnorePaths,
                                       .home = companion.home()});
+    if (found.empty() && status == exitSuccess) {
+        complain("no repository found below " + joined(directories, ", "));
+    }
     if (arguments.json) {
         print(jsonArrayText({found.begin(), found.end()}));
     } else {
-        for (const std::string& path : found) print(path + "\n");
+        printLines(found);
     }
     return status;
 }

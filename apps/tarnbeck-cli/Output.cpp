@@ -1,12 +1,14 @@
 #include "Output.h"
 
-#include <fmt/format.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
 
 #include "ExitStatus.h"
 #include "FileSystem.h"
@@ -37,6 +39,13 @@ void writeToStandardError(std::string_view text) {
 
 }  // namespace
 
+void fillMissingStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) >= 0) continue;
+        open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);  // takes the lowest number
+    }
+}
+
 bool print(std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = write(STDOUT_FILENO, text.data(), text.size());
@@ -55,16 +64,25 @@ void complain(std::string_view message) {
     writeToStandardError(fmt::format("tarnbeck-cli: {}\n", printable(message)));
 }
 
-std::optional<std::size_t> terminalColumns() { return columnsOf(STDOUT_FILENO); }
+bool standardOutputIsTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+std::optional<std::size_t> terminalColumns() {
+    return columnsOf(STDOUT_FILENO);
+}
 
 bool usesColor(ColorChoice choice) {
     switch (choice) {
-        case ColorChoice::always: return true;
-        case ColorChoice::never: return false;
-        case ColorChoice::automatic: break;
+        case ColorChoice::always:
+            return true;
+        case ColorChoice::never:
+            return false;
+        case ColorChoice::automatic:
+            break;
     }
     const char* noColor = std::getenv("NO_COLOR");
-    return isatty(STDOUT_FILENO) != 0 && !(noColor && *noColor);
+    return standardOutputIsTerminal() && !(noColor && *noColor);
 }
 
 ProgressLine::ProgressLine() : enabled_(isatty(STDERR_FILENO) != 0) {}
@@ -73,7 +91,8 @@ void ProgressLine::show(std::string_view text) {
     if (!enabled_) return;
     shown_ = true;
     const std::size_t columns = columnsOf(STDERR_FILENO).value_or(80);
-    writeToStandardError("\r\033[K" + elidedAtEnd(printable(text), columns - 1));
+    writeToStandardError("\r\033[K" +
+                         elidedAtEnd(printable(text), std::max<std::size_t>(columns, 2) - 1));
 }
 
 void ProgressLine::clear() {

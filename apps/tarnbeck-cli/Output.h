@@ -10,6 +10,10 @@
 
 namespace tarnbeck::cli {
 
+// Fills standard streams that the program was started without, so that no file of its own takes
+// their place. Writing to such a stream fails. To be called before anything is opened.
+void fillMissingStandardStreams();
+
 // Writes all to standard output. When the reader has gone, the program ends as a writer to a
 // closed pipe does; on another error it ends with a word on standard error. False only when a
 // signal came in between.
@@ -18,6 +22,8 @@ bool print(std::string_view text);
 // One line to standard error, with the program's name before it. Control characters are made
 // visible.
 void complain(std::string_view message);
+
+bool standardOutputIsTerminal();
 
 // The columns of the terminal behind standard output; absent when it is none.
 std::optional<std::size_t> terminalColumns();

@@ -1,10 +1,10 @@
 #include "RepositorySelection.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "FileDescriptor.h"
 #include "FileSystem.h"
@@ -19,17 +19,9 @@ std::vector<std::string> ignoredBelow(const std::string& directory,
                                       const AppConfiguration& configuration,
                                       const std::string& home) {
     auto ignored = normalizeDiscoveryPaths(configuration.discoveryIgnorePaths, home);
-    std::erase_if(ignored, [&](const std::string& path) {
-        return shouldIgnorePath(directory, {path});
-    });
+    std::erase_if(ignored,
+                  [&](const std::string& path) { return shouldIgnorePath(directory, {path}); });
     return ignored;
-}
-
-std::optional<std::string> reasonWhyUnreadable(const std::string& directory) {
-    const FileDescriptor opened(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened) return std::nullopt;
-    if (errno == ENOTDIR) return "is neither a folder nor inside a repository";
-    return "can't be read: " + systemErrorText(errno);
 }
 
 void addOnce(std::vector<std::string>& paths, const std::string& path) {
@@ -54,6 +46,14 @@ std::optional<std::string> reasonWhyMissing(const std::string& path) {
     return errno == ENOENT ? "does not exist" : "can't be reached: " + systemErrorText(errno);
 }
 
+std::optional<std::string> reasonWhyUnsearchable(const std::string& path) {
+    if (const auto missing = reasonWhyMissing(path)) return missing;
+    const FileDescriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened) return std::nullopt;
+    if (errno == ENOTDIR) return "is not a folder";
+    return "can't be read: " + systemErrorText(errno);
+}
+
 RepositorySelection selectedRepositories(const std::vector<std::string>& paths,
                                          const AppConfiguration& configuration,
                                          const std::string& home) {
@@ -64,13 +64,11 @@ RepositorySelection selectedRepositories(const std::vector<std::string>& paths,
             selection.problems.push_back({typed, *reason});
         } else if (const auto repository = enclosingRepository(path)) {
             addOnce(selection.paths, *repository);
-        } else if (const auto unreadable = reasonWhyUnreadable(path)) {
+        } else if (const auto unreadable = reasonWhyUnsearchable(path)) {
             selection.problems.push_back({typed, *unreadable});
         } else {
-            const auto found =
-                discoverRepos({.in = {path},
-                               .ignoring = ignoredBelow(path, configuration, home),
-                               .home = home});
+            const auto found = discoverRepos(
+                {.in = {path}, .ignoring = ignoredBelow(path, configuration, home), .home = home});
             for (const std::string& each : found) addOnce(selection.paths, each);
             if (found.empty()) {
                 selection.problems.push_back({typed, "no repository found below it", false});

@@ -31,6 +31,9 @@ std::optional<std::string> enclosingRepository(const std::string& path);
 // Why the path can't be used at all: it does not exist, or can't be reached.
 std::optional<std::string> reasonWhyMissing(const std::string& path);
 
+// Why nothing can be looked for below the path: it is missing, no folder, or can't be read.
+std::optional<std::string> reasonWhyUnsearchable(const std::string& path);
+
 // For each path the repository that it lies in, or else all that discovery finds below it. Asks
 // the file system.
 RepositorySelection selectedRepositories(const std::vector<std::string>& paths,

@@ -1,12 +1,11 @@
 #include "ScanFailures.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 
+#include <fmt/format.h>
+
 #include "FileSystem.h"
-#include "RepositorySelection.h"
 
 namespace tarnbeck::cli {
 namespace {
@@ -16,8 +15,8 @@ constexpr std::string_view dash = " — ";
 bool tellsOfFailedCommand(std::string_view message) {
     constexpr std::array<std::string_view, 4> families = {"FAIL(", "EMPTY git", "TIMEOUT git",
                                                           "EXCEPTION git"};
-    return std::ranges::any_of(families,
-                               [&](std::string_view family) { return message.starts_with(family); });
+    return std::ranges::any_of(
+        families, [&](std::string_view family) { return message.starts_with(family); });
 }
 
 // "git status" of "… git status at /path…".
@@ -47,7 +46,27 @@ void ScanFailures::scanBegins(const std::string& path) {
 void ScanFailures::note(std::string_view message) {
     if (!tellsOfFailedCommand(message)) return;
     const std::lock_guard lock(mutex_);
-    lastFailure_[current_] = message;
+    if (commandIn(message).starts_with("git fetch ")) {
+        failedFetches_.emplace_back(message);
+    } else {
+        lastFailure_[current_] = message;
+    }
+}
+
+std::vector<SelectionProblem> ScanFailures::fetchProblems() const {
+    const std::lock_guard lock(mutex_);
+    std::vector<SelectionProblem> problems;
+    for (const std::string& line : failedFetches_) {
+        problems.push_back({std::string(pathInFailure(line)),
+                            "could not be fetched: " + failureInWords(line), false});
+    }
+    return problems;
+}
+
+void ScanFailures::forget() {
+    const std::lock_guard lock(mutex_);
+    lastFailure_.clear();
+    failedFetches_.clear();
 }
 
 std::string ScanFailures::reasonFor(const std::string& path) const {
@@ -59,6 +78,14 @@ std::string ScanFailures::reasonFor(const std::string& path) const {
     return failureInWords(line->second);
 }
 
+std::string_view pathInFailure(std::string_view line) {
+    constexpr std::string_view at = " at ";
+    const std::size_t position = line.find(at);
+    if (position == std::string_view::npos) return {};
+    const std::string_view rest = line.substr(position + at.size());
+    return rest.substr(0, rest.find(dash));
+}
+
 std::string failureInWords(std::string_view line) {
     const std::string_view command = commandIn(line);
     const std::string_view said = firstLineBehindDash(line);
@@ -67,6 +94,9 @@ std::string failureInWords(std::string_view line) {
     if (line.starts_with("EXCEPTION ")) return fmt::format("git can't be started: {}", said);
     if (said.find("ambiguous argument 'HEAD'") != std::string_view::npos) {
         return "has no commit yet on its current branch";
+    }
+    if (said.find("not a git repository") != std::string_view::npos) {
+        return fmt::format("its .git is damaged, git says: {}", said);
     }
     const std::size_t opening = line.find('(') + 1;
     const std::string_view status = line.substr(opening, line.find(')') - opening);

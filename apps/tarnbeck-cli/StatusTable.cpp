@@ -1,87 +1,175 @@
 #include "StatusTable.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
-
+#include "Paths.h"
 #include "Text.h"
 
 namespace tarnbeck::cli {
 namespace {
 
-constexpr std::size_t widestName = 32;
-constexpr std::size_t widestBranch = 40;
-constexpr std::string_view gap = "  ";
+constexpr std::size_t gap = 2;
 
-using Cells = std::array<std::string, 3>;  // name, branch, sync badge
+struct Cells {
+    std::string name;
+    std::string branch;
+    std::string badge;
+    std::string summary;
+};
+
+// The columns that each cell may take.
+struct Widths {
+    std::size_t name = 0;
+    std::size_t branch = 0;
+    std::size_t badge = 0;
+    std::size_t summary = 0;
+
+    std::size_t beforeSummary() const {
+        return 1 + 1 + name + gap + branch + (badge > 0 ? gap + badge : 0);
+    }
+};
+constexpr Widths widest{.name = 32, .branch = 40, .badge = 40, .summary = 400};
 
 int urgency(StatusColor color) {
     switch (color) {
-        case StatusColor::red: return 0;
-        case StatusColor::orange: return 1;
-        case StatusColor::yellow: return 2;
+        case StatusColor::red:
+            return 0;
+        case StatusColor::orange:
+            return 1;
+        case StatusColor::yellow:
+            return 2;
         case StatusColor::green:
         case StatusColor::blue:
         case StatusColor::gray:
-        case StatusColor::secondary: break;
+        case StatusColor::secondary:
+            break;
     }
     return 3;
 }
 
 std::string_view escapeSequence(StatusColor color) {
     switch (color) {
-        case StatusColor::red: return "\033[31m";
-        case StatusColor::orange: return "\033[38;5;208m";
-        case StatusColor::yellow: return "\033[33m";
-        case StatusColor::green: return "\033[32m";
-        case StatusColor::blue: return "\033[34m";
+        case StatusColor::red:
+            return "\033[31m";
+        case StatusColor::orange:
+            return "\033[38;5;208m";
+        case StatusColor::yellow:
+            return "\033[33m";
+        case StatusColor::green:
+            return "\033[32m";
+        case StatusColor::blue:
+            return "\033[34m";
         case StatusColor::gray:
-        case StatusColor::secondary: break;
+        case StatusColor::secondary:
+            break;
     }
     return "\033[90m";
 }
 
-std::string dimmed(std::string_view text) { return fmt::format("\033[2m{}\033[0m", text); }
-
 Cells cellsOf(const GitRepository& repository) {
-    return {elidedAtEnd(printable(repository.name), widestName),
-            elidedAtEnd(printable(repository.currentBranch.value_or("")), widestBranch),
-            repository.syncStatus.badgeValue()};
+    return {.name = printable(repository.name),
+            .branch = printable(repository.currentBranch.value_or("")),
+            .badge = repository.syncStatus.badgeValue(),
+            .summary = joined(repository.summaryParts(), " · ")};
 }
 
-std::string padded(const std::string& text, std::size_t width) {
-    return text + std::string(width - std::min(width, displayWidth(text)), ' ');
+// The names as they are shown: with the folder before those that occur more than once.
+void tellApart(std::vector<Cells>& rows, const std::vector<RepositorySnapshot>& repositories) {
+    std::unordered_map<std::string_view, int> count;
+    for (const auto& repository : repositories) ++count[repository->name];
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const GitRepository& repository = *repositories[index];
+        if (count[repository.name] == 1) continue;
+        rows[index].name = printable(lastPathComponent(parentPath(repository.path))) + "/" +
+                           printable(repository.name);
+    }
 }
+
+Widths naturalWidths(const std::vector<Cells>& rows) {
+    Widths widths;
+    const auto widen = [](std::size_t& width, std::size_t most, const std::string& text) {
+        width = std::min(std::max(width, displayWidth(text)), most);
+    };
+    for (const Cells& cells : rows) {
+        widen(widths.name, widest.name, cells.name);
+        widen(widths.branch, widest.branch, cells.branch);
+        widen(widths.badge, widest.badge, cells.badge);
+        widen(widths.summary, widest.summary, cells.summary);
+    }
+    return widths;
+}
+
+// Takes columns from the wider of name and branch, down to `least`, until the summary has `room`.
+void narrow(Widths& widths, std::size_t columns, std::size_t room, std::size_t least) {
+    const std::size_t wanted = std::min(widths.summary, room) + (widths.summary > 0 ? gap : 0);
+    while (widths.beforeSummary() + wanted > columns) {
+        std::size_t& wider = widths.name >= widths.branch ? widths.name : widths.branch;
+        if (wider <= least) return;
+        --wider;
+    }
+}
+
+Widths fittingWidths(Widths widths, std::size_t columns) {
+    constexpr std::size_t goodRoom = 28;
+    constexpr std::size_t tightRoom = 16;
+    narrow(widths, columns, goodRoom, 20);
+    if (widths.beforeSummary() + gap + std::min(widths.summary, tightRoom) > columns) {
+        widths.badge = 0;
+        narrow(widths, columns, tightRoom, 8);
+    }
+    const std::size_t taken = widths.beforeSummary() + gap;
+    widths.summary = std::min(widths.summary, columns > taken ? columns - taken : 0);
+    return widths;
+}
+
+// One line of cells that begin at their columns, without blanks at its end.
+class Line {
+  public:
+    explicit Line(std::string_view icon) : text_(icon) {}
+
+    // `paint` gives the text its colour.
+    template <class Paint>
+    void add(const std::string& cell, std::size_t width, Paint paint) {
+        if (width == 0) return;
+        const std::string fitting = elidedAtEnd(cell, width);
+        if (!fitting.empty()) {
+            text_ += std::string(blanks_, ' ') + paint(fitting);
+            blanks_ = 0;
+        }
+        blanks_ += width - std::min(width, displayWidth(fitting)) + gap;
+    }
+
+    std::string take() { return std::move(text_); }
+
+  private:
+    std::string text_;
+    std::size_t blanks_ = 1;
+};
 
 std::string icon(const GitRepository& repository, const TableStyle& style) {
     const std::string_view character = iconCharacter(repository);
     return style.color ? colored(character, repository.statusColor()) : std::string(character);
 }
 
-std::string summaryOf(const GitRepository& repository, const TableStyle& style) {
-    const std::string summary = joined(repository.summaryParts(), " · ");
-    return style.color ? colored(summary, repository.statusColor()) : summary;
-}
-
-std::string row(const GitRepository& repository, const Cells& cells,
-                const std::array<std::size_t, 3>& widths, const TableStyle& style) {
-    std::string summary = joined(repository.summaryParts(), " · ");
-    if (style.columns) {
-        const std::size_t taken = 1 + 4 * gap.size() - 1 + widths[0] + widths[1] + widths[2];
-        const std::size_t left = *style.columns > taken ? *style.columns - taken : 0;
-        if (left > 8) summary = elidedAtEnd(summary, left);
-    }
-    std::string badge = padded(cells[2], widths[2]);
-    if (style.color) {
-        badge = dimmed(badge);
-        if (!summary.empty()) summary = colored(summary, repository.statusColor());
-    }
-    std::string line = fmt::format("{} {}{}{}{}{}{}{}", icon(repository, style),
-                                   padded(cells[0], widths[0]), gap, padded(cells[1], widths[1]),
-                                   gap, badge, gap, summary);
-    while (line.ends_with(' ')) line.pop_back();
-    return line + "\n";
+std::string row(const GitRepository& repository, const Cells& cells, const Widths& widths,
+                const TableStyle& style) {
+    const auto plain = [](const std::string& text) { return text; };
+    const auto dimmed = [&](const std::string& text) {
+        return style.color ? fmt::format("\033[2m{}\033[0m", text) : text;
+    };
+    const auto inStatusColor = [&](const std::string& text) {
+        return style.color ? colored(text, repository.statusColor()) : text;
+    };
+    Line line(icon(repository, style));
+    line.add(cells.name, widths.name, plain);
+    line.add(cells.branch, widths.branch, plain);
+    line.add(cells.badge, widths.badge, dimmed);
+    line.add(cells.summary, widths.summary, inStatusColor);
+    return line.take();
 }
 
 std::string counted(std::size_t count, std::string_view one, std::string_view many) {
@@ -110,27 +198,21 @@ std::string statusTable(std::vector<RepositorySnapshot> repositories, const Tabl
         return urgency(repository->statusColor());
     });
     std::vector<Cells> rows;
-    std::array<std::size_t, 3> widths{};
-    for (const auto& repository : repositories) {
-        const Cells& cells = rows.emplace_back(cellsOf(*repository));
-        for (std::size_t column = 0; column < cells.size(); ++column) {
-            widths[column] = std::max(widths[column], displayWidth(cells[column]));
-        }
-    }
+    rows.reserve(repositories.size());
+    for (const auto& repository : repositories) rows.push_back(cellsOf(*repository));
+    tellApart(rows, repositories);
+    Widths widths = naturalWidths(rows);
+    if (style.columns) widths = fittingWidths(widths, *style.columns);
     std::string table;
     for (std::size_t index = 0; index < rows.size(); ++index) {
-        table += row(*repositories[index], rows[index], widths, style);
+        table += row(*repositories[index], rows[index], widths, style) + "\n";
     }
     return table;
 }
 
 std::string statusLine(const GitRepository& repository, const TableStyle& style) {
     const Cells cells = cellsOf(repository);
-    std::string line = fmt::format("{} {}", icon(repository, style), cells[0]);
-    for (const std::string& cell : {cells[1], cells[2], summaryOf(repository, style)}) {
-        if (!cell.empty()) line += std::string(gap) + cell;
-    }
-    return line;
+    return row(repository, cells, naturalWidths({cells}), style);
 }
 
 std::string statusCounts(const std::vector<RepositorySnapshot>& repositories, std::size_t failed) {
@@ -142,6 +224,16 @@ std::string statusCounts(const std::vector<RepositorySnapshot>& repositories, st
     if (clean > 0) line += fmt::format(" · {} clean", clean);
     if (failed > 0) line += fmt::format(" · {} could not be scanned", failed);
     return line;
+}
+
+std::string nothingFoundText(const std::vector<std::string>& scanDirectories) {
+    const std::string where =
+        scanDirectories.empty() ? "" : " below " + printable(joined(scanDirectories, ", "));
+    return fmt::format(
+        "No repositories found{}.\n"
+        "`tarnbeck-cli FOLDER` shows those below another folder, `tarnbeck-cli add PATH` keeps\n"
+        "one for good.\n",
+        where);
 }
 
 }  // namespace tarnbeck::cli

@@ -1,9 +1,13 @@
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <utility>
 
 #include "ChangeFeed.h"
 #include "Commands.h"
 #include "ExitStatus.h"
 #include "Output.h"
+#include "ScanFollower.h"
 #include "StatusTable.h"
 
 namespace tarnbeck::cli {
@@ -14,18 +18,17 @@ class Watch {
   public:
     Watch(Companion& companion, const WatchArguments& arguments)
         : companion_(companion),
+          follower_(companion),
           forPeople_(!arguments.json),
           style_{.color = usesColor(arguments.color), .columns = terminalColumns()},
           feed_(arguments.json ? ChangeFeed::Form::json : ChangeFeed::Form::forPeople, style_) {}
 
     void run() {
-        const auto services = companion_.services();
         AppConfiguration configuration =
             RepositoryScanner::loadInitialConfiguration(companion_.place());
         companion_.runLoop([&] {
-            auto options = RepositoryScanner::ordinaryOptions(services, std::move(configuration));
-            options.autoStart = false;  // so that the first notification is seen too
-            scanner_ = std::make_unique<RepositoryScanner>(services, std::move(options));
+            scanner_ = std::make_unique<RepositoryScanner>(
+                companion_.services(), follower_.optionsFor(std::move(configuration)));
             observation_ = scanner_->observe([this](auto property) { report(property); });
             scanner_->start();
         });
@@ -39,19 +42,46 @@ class Watch {
 
     void reportScan() {
         const Date now = companion_.loop().wallNow();
-        print(scanner_->isScanning() ? feed_.scanStarted(now)
-                                     : feed_.scanFinished(now, scanner_->repositories()));
+        if (scanner_->isScanning()) {
+            follower_.scanBegins(scanner_->configuration().repoPaths.size());
+            print(feed_.scanStarted(now));
+        } else {
+            print(feed_.scanFinished(now, scanner_->repositories()));
+        }
     }
 
     void reportChanges() {
+        follower_.scanEnded();
         const auto& repositories = scanner_->repositories();
         if (forPeople_ && !firstTableShown_) {
-            firstTableShown_ = true;
-            print(statusTable(repositories, style_) + statusCounts(repositories, 0) + "\n");
+            printFirstTable(repositories);
         } else {
             printChanges(changesBetween(shown_, repositories));
+            complainAbout(newProblems());
         }
         shown_ = repositories;
+    }
+
+    void printFirstTable(const std::vector<RepositorySnapshot>& repositories) {
+        firstTableShown_ = true;
+        print(statusTable(repositories, style_));
+        const std::size_t failed = complainAbout(newProblems());
+        print(statusCounts(repositories, failed) + "\n");
+        if (repositories.empty()) {
+            print(nothingFoundText(scanner_->configuration().scanDirectories));
+        }
+        if (style_.columns) print("Watching for changes; Ctrl-C ends it.\n");
+    }
+
+    // Those that were not told before: a repository that goes on failing is named once.
+    std::vector<SelectionProblem> newProblems() {
+        std::vector<SelectionProblem> present = follower_.problems(*scanner_);
+        std::vector<SelectionProblem> fresh;
+        std::ranges::copy_if(present, std::back_inserter(fresh), [this](const auto& problem) {
+            return std::ranges::find(told_, problem) == told_.end();
+        });
+        told_ = std::move(present);
+        return fresh;
     }
 
     void printChanges(const RepositoryChanges& changes) {
@@ -63,11 +93,13 @@ class Watch {
     }
 
     Companion& companion_;
+    ScanFollower follower_;
     const bool forPeople_;
     const TableStyle style_;
     const ChangeFeed feed_;
     bool firstTableShown_ = false;
     std::vector<RepositorySnapshot> shown_;
+    std::vector<SelectionProblem> told_;
     std::unique_ptr<RepositoryScanner> scanner_;
     RepositoryScanner::Observers::Token observation_;
 };

@@ -6,12 +6,14 @@
 #include "CommandLine.h"
 #include "Commands.h"
 #include "Companion.h"
+#include "Output.h"
 #include "Overloaded.h"
 #include "Paths.h"
 
 int main(int argc, char** argv) {
     using namespace tarnbeck;
     using namespace tarnbeck::cli;
+    fillMissingStandardStreams();
     // A reader that goes away is told of by the write.
     std::signal(SIGPIPE, SIG_IGN);
     const auto parsed = parsedCommandLine({argv + 1, argv + argc});

@@ -95,6 +95,9 @@ std::vector<std::size_t> characterEnds(std::string_view text) {
     return ends;
 }
 
+// Joiners are control characters in name only: they shape emoji, and words of some scripts.
+bool isJoiner(UChar32 character) { return character == 0x200C || character == 0x200D; }
+
 }  // namespace
 
 bool isValidUtf8(std::string_view bytes) {
@@ -199,7 +202,7 @@ std::string printable(std::string_view text) {
     for (std::int32_t position = 0; position < length(text);) {
         const std::int32_t begin = position;
         const UChar32 character = nextCharacter(text, position);
-        if (character < 0 || u_iscntrl(character)) {
+        if (character < 0 || (u_iscntrl(character) && !isJoiner(character))) {
             safe += replacementCharacter;
         } else {
             safe += text.substr(begin, position - begin);
