@@ -1,6 +1,7 @@
 #include "ThreadedWorkQueues.h"
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <thread>
@@ -93,6 +94,7 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
     void post(Task task) override {
         const std::lock_guard lock(mutex_);
         tasks_.push_back(std::move(task));
+        ++posted_;
         if (running_) return;
         running_ = true;
         pool_->post([self = shared_from_this()] { self->runAll(); });
@@ -100,7 +102,8 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
 
     void drain() override {
         std::unique_lock lock(mutex_);
-        finished_.wait(lock, [this] { return !running_; });
+        // Whoever goes on posting meanwhile does not keep the waiting one.
+        finished_.wait(lock, [this, last = posted_] { return finishedTasks_ >= last; });
     }
 
   private:
@@ -114,10 +117,11 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
             task();
             task = nullptr;
             lock.lock();
+            ++finishedTasks_;
+            finished_.notify_all();
         }
         nameThread(utilityName);
         running_ = false;
-        finished_.notify_all();
     }
 
     const std::shared_ptr<Pool> pool_;
@@ -125,6 +129,8 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
     std::mutex mutex_;
     std::condition_variable finished_;
     std::deque<Task> tasks_;
+    std::uint64_t posted_ = 0;
+    std::uint64_t finishedTasks_ = 0;
     bool running_ = false;
 };
 

@@ -47,6 +47,7 @@ class SpawnActions {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, standardError, STDERR_FILENO);
+        closeAllButStandard(actions_);
     }
     const posix_spawn_file_actions_t* get() const { return &actions_; }
 
