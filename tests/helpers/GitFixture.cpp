@@ -10,7 +10,7 @@
 namespace tarnbeck::testing {
 namespace {
 
-const std::vector<std::string> environment = {
+const ImmutableList<std::string> environment = {
     "HOME=/nonexistent",
     "PATH=/usr/bin:/bin",
     "LC_ALL=C.UTF-8",
@@ -33,11 +33,10 @@ const std::vector<std::string> environment = {
 std::string git(const std::string& folder, const std::vector<std::string>& arguments,
                 bool mayFail) {
     PosixProcessLauncher launcher;
-    const std::string executable = "/usr/bin/git";
-    auto child = launcher.launch({.executable = executable,
+    auto child = launcher.launch({.executable = "/usr/bin/git",
                                   .arguments = arguments,
                                   .environment = environment,
-                                  .workingDirectory = folder.c_str()});
+                                  .workingDirectory = folder});
     if (!child) throw std::runtime_error(child.error());
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     auto reader = ProcessPipeReader::readStdoutAndStderr((*child)->takeStandardOutput(),

@@ -1,6 +1,7 @@
 // A main loop whose time moves only when a test says so.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <deque>
 #include <map>
@@ -60,8 +61,11 @@ class VirtualMainLoop : public MainLoop {
             if (task) task();
             settle();
         }
-        moveTo(end);
+        moveTo(std::max(end, steadyNow()));
     }
+
+    // A task that takes its time: what becomes due meanwhile is late.
+    void hold(std::chrono::nanoseconds duration) { moveTo(steadyNow() + duration); }
 
     // Turns the wall clock, as a user or a time server would.
     void setWallTime(WallTime time) {

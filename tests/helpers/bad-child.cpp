@@ -1,14 +1,14 @@
 // Plays the children that go wrong. The first argument says which.
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern char** environ;
 
@@ -34,14 +34,21 @@ int flood(std::size_t megabytes) {
     while (true) pause();
 }
 
-// Exits at once and leaves a child of its own that holds both pipes for `seconds`.
+int closeBothPipesAndExitLater() {
+    close(STDOUT_FILENO);
+    close(STDERR_FILENO);
+    usleep(100'000);
+    return 7;
+}
+
+// Prints a line and leaves a child of its own that holds both pipes for `seconds`.
 int leaveGrandchild(unsigned seconds) {
-    std::puts("printed before leaving");
-    std::fflush(stdout);
     if (fork() == 0) {
         sleep(seconds);
         _exit(0);
     }
+    std::puts("printed before leaving");
+    std::fflush(stdout);
     return 0;
 }
 
@@ -55,10 +62,12 @@ int describe(int argc, char** argv) {
     std::printf("input at its end=%d\n", read(STDIN_FILENO, buffer, 1) == 0);
     sigset_t blocked;
     sigprocmask(SIG_BLOCK, nullptr, &blocked);
-    std::printf("blocks SIGTERM=%d\n", sigismember(&blocked, SIGTERM));
-    struct sigaction action {};
-    sigaction(SIGPIPE, nullptr, &action);
-    std::printf("ignores SIGPIPE=%d\n", action.sa_handler == SIG_IGN);
+    for (int number = 1; number < SIGRTMIN; ++number) {
+        struct sigaction action {};
+        sigaction(number, nullptr, &action);
+        if (sigismember(&blocked, number) == 1) std::printf("blocked signal=%d\n", number);
+        if (action.sa_handler == SIG_IGN) std::printf("ignored signal=%d\n", number);
+    }
     for (int descriptor = 3; descriptor < 256; ++descriptor) {
         if (fcntl(descriptor, F_GETFD) >= 0) std::printf("inherited descriptor=%d\n", descriptor);
     }
@@ -85,6 +94,11 @@ int main(int argc, char** argv) {
     if (role == "close-and-hang") {
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
+        hang();
+    }
+    if (role == "close-and-exit-later") return closeBothPipesAndExitLater();
+    if (role == "hang-with-grandchild") {
+        leaveGrandchild(static_cast<unsigned>(std::atoi(value)));
         hang();
     }
     if (role == "flood") return flood(std::strtoul(value, nullptr, 10));

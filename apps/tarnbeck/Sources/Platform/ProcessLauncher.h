@@ -3,22 +3,22 @@
 #pragma once
 
 #include <memory>
-#include <span>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
 #include "FileDescriptor.h"
+#include "ImmutableList.h"
 #include "Result.h"
 
 namespace tarnbeck {
 
-// Views into what the caller holds until the launch is done.
 struct LaunchRequest {
-    const std::string& executable;  // absolute; no search path is used
-    std::span<const std::string> arguments;
-    std::span<const std::string> environment;  // "NAME=value", all that the child gets
-    const char* workingDirectory = "/";
+    std::string executable;  // absolute; no search path is used
+    std::vector<std::string> arguments;
+    ImmutableList<std::string> environment;  // "NAME=value", all that the child gets
+    std::string workingDirectory = "/";
 };
 
 // A running child. It is reaped when it is asked for its status, or when this goes; one that still

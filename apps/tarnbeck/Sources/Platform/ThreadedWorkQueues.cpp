@@ -1,6 +1,8 @@
 #include "ThreadedWorkQueues.h"
 
+#include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <thread>
@@ -17,14 +19,32 @@ constexpr const char* utilityName = "tarnbeck-util";
 
 }  // namespace
 
+// The tasks of both classes that are queued or run: they post each other, so that one class alone
+// can't tell whether it stays idle.
+class ThreadedWorkQueues::Outstanding {
+  public:
+    void begin() { ++tasks_; }
+    void end() {
+        if (--tasks_ == 0) tasks_.notify_all();
+    }
+    void waitUntilNone() const {
+        for (auto tasks = tasks_.load(); tasks != 0; tasks = tasks_.load()) tasks_.wait(tasks);
+    }
+
+  private:
+    std::atomic<std::uint64_t> tasks_{0};
+};
+
 class ThreadedWorkQueues::Pool {
   public:
-    Pool(WorkClass workClass, const char* name) : workClass_(workClass), name_(name) {}
+    Pool(WorkClass workClass, const char* name, std::shared_ptr<Outstanding> outstanding)
+        : workClass_(workClass), name_(name), outstanding_(std::move(outstanding)) {}
     Pool(const Pool&) = delete;
     Pool& operator=(const Pool&) = delete;
     ~Pool() { finish(); }
 
     void post(Task task) {
+        outstanding_->begin();
         const std::lock_guard lock(mutex_);
         tasks_.push_back(std::move(task));
         if (tasks_.size() > idleThreads_ && !finishing_) {
@@ -45,11 +65,6 @@ class ThreadedWorkQueues::Pool {
         for (std::thread& thread : threads) thread.join();
     }
 
-    void waitUntilIdle() {
-        std::unique_lock lock(mutex_);
-        idle_.wait(lock, [this] { return tasks_.empty() && runningTasks_ == 0; });
-    }
-
   private:
     void work() {
         nameThread(name_);
@@ -62,24 +77,22 @@ class ThreadedWorkQueues::Pool {
             if (tasks_.empty()) return;
             Task task = std::move(tasks_.front());
             tasks_.pop_front();
-            ++runningTasks_;
             lock.unlock();
             task();
             task = nullptr;  // what it held goes before the thread waits again
+            outstanding_->end();
             lock.lock();
-            if (--runningTasks_ == 0 && tasks_.empty()) idle_.notify_all();
         }
     }
 
     const WorkClass workClass_;
     const char* const name_;
+    const std::shared_ptr<Outstanding> outstanding_;
     std::mutex mutex_;
     std::condition_variable wake_;
-    std::condition_variable idle_;
     std::deque<Task> tasks_;
     std::vector<std::thread> threads_;
     std::size_t idleThreads_ = 0;
-    std::size_t runningTasks_ = 0;
     bool finishing_ = false;
 };
 
@@ -93,6 +106,7 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
     void post(Task task) override {
         const std::lock_guard lock(mutex_);
         tasks_.push_back(std::move(task));
+        ++posted_;
         if (running_) return;
         running_ = true;
         pool_->post([self = shared_from_this()] { self->runAll(); });
@@ -100,7 +114,8 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
 
     void drain() override {
         std::unique_lock lock(mutex_);
-        finished_.wait(lock, [this] { return !running_; });
+        // Whoever goes on posting meanwhile does not keep the waiting one.
+        finished_.wait(lock, [this, last = posted_] { return finishedTasks_ >= last; });
     }
 
   private:
@@ -114,10 +129,11 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
             task();
             task = nullptr;
             lock.lock();
+            ++finishedTasks_;
+            finished_.notify_all();
         }
         nameThread(utilityName);
         running_ = false;
-        finished_.notify_all();
     }
 
     const std::shared_ptr<Pool> pool_;
@@ -125,22 +141,24 @@ class ThreadedWorkQueues::Strand : public SerialQueue,
     std::mutex mutex_;
     std::condition_variable finished_;
     std::deque<Task> tasks_;
+    std::uint64_t posted_ = 0;
+    std::uint64_t finishedTasks_ = 0;
     bool running_ = false;
 };
 
 ThreadedWorkQueues::ThreadedWorkQueues()
-    : userInitiated_(std::make_shared<Pool>(WorkClass::userInitiated, userInitiatedName)),
-      utility_(std::make_shared<Pool>(WorkClass::utility, utilityName)) {}
+    : outstanding_(std::make_shared<Outstanding>()),
+      userInitiated_(
+          std::make_shared<Pool>(WorkClass::userInitiated, userInitiatedName, outstanding_)),
+      utility_(std::make_shared<Pool>(WorkClass::utility, utilityName, outstanding_)) {}
 
 ThreadedWorkQueues::~ThreadedWorkQueues() {
+    waitUntilIdle();
     userInitiated_->finish();
     utility_->finish();
 }
 
-void ThreadedWorkQueues::waitUntilIdle() {
-    userInitiated_->waitUntilIdle();
-    utility_->waitUntilIdle();
-}
+void ThreadedWorkQueues::waitUntilIdle() { outstanding_->waitUntilNone(); }
 
 void ThreadedWorkQueues::userInitiated(Task task) { userInitiated_->post(std::move(task)); }
 

@@ -23,8 +23,10 @@ class ThreadedWorkQueues : public WorkQueues {
     void waitUntilIdle();
 
   private:
+    class Outstanding;
     class Pool;
     class Strand;
+    std::shared_ptr<Outstanding> outstanding_;
     std::shared_ptr<Pool> userInitiated_;
     std::shared_ptr<Pool> utility_;
 };

@@ -8,9 +8,12 @@
 namespace tarnbeck {
 
 void applyWorkClass(WorkClass workClass) {
-    constexpr int utilityNiceness = 5;
-    // On Linux a niceness belongs to the thread; 0 names the calling one.
-    if (workClass == WorkClass::utility) setpriority(PRIO_PROCESS, 0, utilityNiceness);
+    constexpr int additionalNiceness = 5;
+    constexpr id_t callingThread = 0;  // on Linux a niceness belongs to the thread
+    if (workClass != WorkClass::utility) return;
+    // Counted from what the program was started with, which may be nicer than that already.
+    setpriority(PRIO_PROCESS, callingThread,
+                getpriority(PRIO_PROCESS, callingThread) + additionalNiceness);
 }
 
 void nameThread(const char* name) {

@@ -5,7 +5,11 @@
 
 namespace tarnbeck {
 
-// Pipes can't be made close-on-exec in one step here; this closes what slipped through.
+// Pipes can't be made close-on-exec in one step here; this closes what slipped through, and what a
+// library opened.
 inline constexpr short systemSpawnFlags = POSIX_SPAWN_CLOEXEC_DEFAULT;
+
+// Done by the flag.
+inline void closeAllButStandard(posix_spawn_file_actions_t& /*actions*/) {}
 
 }  // namespace tarnbeck

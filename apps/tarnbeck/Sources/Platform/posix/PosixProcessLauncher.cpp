@@ -26,7 +26,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // The text forms that the system call wants, viewing into the request.
-std::vector<char*> pointers(std::span<const std::string> texts, const std::string* first) {
+std::vector<char*> pointers(const auto& texts, const std::string* first) {
     std::vector<char*> result;
     result.reserve(texts.size() + 2);
     if (first) result.push_back(const_cast<char*>(first->c_str()));
@@ -43,10 +43,11 @@ class SpawnActions {
     ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
 
     void prepare(const LaunchRequest& request, int standardOutput, int standardError) {
-        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory);
+        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory.c_str());
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, standardError, STDERR_FILENO);
+        closeAllButStandard(actions_);
     }
     const posix_spawn_file_actions_t* get() const { return &actions_; }
 

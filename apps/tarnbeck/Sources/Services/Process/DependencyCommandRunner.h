@@ -44,7 +44,7 @@ class DependencyCommandRunner {
     CommandResult runCommand(const Command& command) const;
 
   private:
-    const std::vector<std::string> environment_;
+    const ImmutableList<std::string> environment_;
     ProcessLauncher& launcher_;
 };
 

@@ -42,7 +42,7 @@ class GitCommand {
 
   private:
     const Options options_;
-    const std::vector<std::string> environment_;
+    const ImmutableList<std::string> environment_;
     ProcessLauncher& launcher_;
     ScanLog& log_;
 };

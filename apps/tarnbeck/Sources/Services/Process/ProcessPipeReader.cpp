@@ -48,8 +48,11 @@ bool ProcessPipeReadHandle::waitForExit(ChildProcess& child, steady_clock::time_
     // to be asked for.
     waitForEnd(std::min(deadline, steady_clock::now() + 50ms));
     while (child.isRunning()) {
-        if (steady_clock::now() >= deadline) return false;
-        drainOnce(child.exitDescriptor(), deadline);
+        const auto now = steady_clock::now();
+        if (now >= deadline) return false;
+        const int exit = child.exitDescriptor();
+        // Where the system has no descriptor left for the event, the child is asked again and again.
+        drainOnce(exit, exit < 0 ? std::min(deadline, now + 30ms) : deadline);
     }
     return true;
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 #include "Dates.h"
@@ -24,17 +25,16 @@ class ScanLog::File {
     explicit File(std::string path) : path_(std::move(path)) {}
 
     void writeLine(std::string_view line) {
+        // A log that is no longer at its path is another program's affair, or the user's.
+        if (!isStillThere()) openHandle();
         rotateIfNeeded(static_cast<std::int64_t>(line.size()));
         append(line);
     }
 
   private:
     void rotateIfNeeded(std::int64_t upcomingBytes) {
-        const auto isTooLarge = [&] { return currentSize_ + upcomingBytes > largestSize; };
-        // A log that is no longer at its path is another program's affair, or the user's.
-        if (!handle_ || (isTooLarge() && !isStillThere())) openHandle();
-        if (!isTooLarge()) return;
-        const std::string rotated = path_ + ".1";
+        if (currentSize_ + upcomingBytes <= largestSize) return;
+        const std::string rotated = std::filesystem::path(path_).replace_extension("log.1");
         handle_.close();
         std::remove(rotated.c_str());
         std::rename(path_.c_str(), rotated.c_str());
@@ -62,10 +62,7 @@ class ScanLog::File {
     }
 
     void append(std::string_view line) {
-        if (handle_ && !isStillThere()) handle_.close();
-        if (!handle_) openHandle();
-        if (!handle_) return;
-        if (writeWhole(line)) return;
+        if (!handle_ || writeWhole(line)) return;
         openHandle();
         if (handle_) writeWhole(line);
     }
