@@ -1,5 +1,6 @@
-#include "Fuzzing.h"
 #include "Json.h"
+
+#include "Fuzzing.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using tarnbeck::JsonLayout, tarnbeck::jsonText, tarnbeck::parsedJson;

@@ -90,6 +90,19 @@ TEST(Records_Equality, EveryFieldOfADependencyUpdateCounts) {
             [](DependencyUpdate& update) { update.origin = DependencyUpdateOrigin::venvOnly; }));
 }
 
+TEST(Records_Equality, EveryFieldOfADependencyResultCounts) {
+    using Result = DependencyEcosystemResult;
+    const Result base{.manager = "npm"};
+    expectEachToDiffer(
+        base, variationsOf(
+                  base, [](Result& result) { result.ecosystem = DependencyEcosystem::python; },
+                  [](Result& result) { result.project = "."; },
+                  [](Result& result) { result.manager = "pip"; },
+                  [](Result& result) { result.status = DependencyHealth::error; },
+                  [](Result& result) { result.updates = {{.package = "react"}}; },
+                  [](Result& result) { result.message = "m"; }));
+}
+
 TEST(Records_Equality, EveryFieldOfASummaryCounts) {
     const DependencySummary base;
     expectEachToDiffer(

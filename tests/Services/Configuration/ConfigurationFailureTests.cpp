@@ -75,6 +75,7 @@ TEST_F(AppConfiguration_Failures, FolderThatCantBeWrittenKeepsTheOldFile) {
         const WithoutRootRights rights;
         EXPECT_FALSE(AppConfiguration{}.save(place_));
     }
+    ASSERT_EQ(chmod(place_.folder().c_str(), 0700), 0);
     EXPECT_THAT(messages_, ElementsAre("Failed to save config: Permission denied"));
     EXPECT_EQ(contentOf(place_.file()), R"({"showTags": false})");
     EXPECT_THAT(namesIn(".config/tarnbeck"), ElementsAre("config.json"));
