@@ -26,8 +26,8 @@ class ScanFollower {
     void scanBegins(std::size_t total);
     void scanEnded() { progress_.clear(); }
 
-    // What the last walk left out, in configured order, and behind it what was scanned but could not
-    // be fetched.
+    // What the last walk left out, in configured order, and behind it what was scanned but could
+    // not be fetched.
     std::vector<SelectionProblem> problems(const RepositoryScanner& scanner) const;
 
   private:
