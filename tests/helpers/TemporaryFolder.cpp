@@ -11,7 +11,8 @@ namespace fs = std::filesystem;
 
 TemporaryFolder::TemporaryFolder() {
     const char* chosen = std::getenv("TARNBECK_TEST_FOLDER");
-    std::string pattern = (chosen ? chosen : "/var/lib/tarnbeck-tests") + std::string("/run-XXXXXX");
+    std::string pattern =
+        (chosen ? chosen : "/var/lib/tarnbeck-tests") + std::string("/run-XXXXXX");
     fs::create_directories(fs::path(pattern).parent_path());
     if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder at " + pattern);
     path_ = pattern;

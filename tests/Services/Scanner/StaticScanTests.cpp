@@ -83,8 +83,9 @@ TEST(StaticScan_Commands, RunWithinTheCallOnTheCallersThread) {
          .log = scan.observed.log,
          .git = [](const GitInvocation&) { return std::optional<std::string>("main"); },
          .home = "/"},
-        {.at = scan.path},
-        [&](const std::optional<GitRepository>& repository) { completed = repository.has_value(); });
+        {.at = scan.path}, [&](const std::optional<GitRepository>& repository) {
+            completed = repository.has_value();
+        });
     EXPECT_TRUE(completed);
 }
 
@@ -92,17 +93,17 @@ TEST(StaticScan_Commands, OfARetryRunOnABackgroundQueue) {
     RecordedScan scan;
     Simulation simulation;
     int commands = 0;
-    RepositoryScanner::scanRepositoryImpl(
-        {.loop = simulation.loop,
-         .queues = simulation.queues,
-         .log = scan.observed.log,
-         .git =
-             [&](const GitInvocation&) {
-                 ++commands;
-                 return std::optional<std::string>();
-             },
-         .home = "/"},
-        {.at = scan.path}, [](const std::optional<GitRepository>&) {});
+    RepositoryScanner::scanRepositoryImpl({.loop = simulation.loop,
+                                           .queues = simulation.queues,
+                                           .log = scan.observed.log,
+                                           .git =
+                                               [&](const GitInvocation&) {
+                                                   ++commands;
+                                                   return std::optional<std::string>();
+                                               },
+                                           .home = "/"},
+                                          {.at = scan.path},
+                                          [](const std::optional<GitRepository>&) {});
     const int ofTheFirstAttempt = commands;
     simulation.loop.advance(std::chrono::milliseconds(250), [&] {
         while (simulation.loop.runOne()) {

@@ -1,8 +1,8 @@
 #include "DependencyStatus.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
+
+#include <fmt/format.h>
 
 namespace tarnbeck {
 namespace {
@@ -61,13 +61,18 @@ std::int64_t DependencySummary::constraintCount() const {
 bool DependencySummary::hasSyncNeeded() const {
     return std::ranges::any_of(ecosystems, [](const DependencyEcosystemResult& result) {
         return result.status == DependencyHealth::syncNeeded ||
-               (result.message && result.message->find("Run install to sync.") != std::string::npos);
+               (result.message &&
+                result.message->find("Run install to sync.") != std::string::npos);
     });
 }
 
-bool DependencySummary::hasErrors() const { return anyHas(*this, DependencyHealth::error); }
+bool DependencySummary::hasErrors() const {
+    return anyHas(*this, DependencyHealth::error);
+}
 
-bool DependencySummary::hasUnknown() const { return anyHas(*this, DependencyHealth::unknown); }
+bool DependencySummary::hasUnknown() const {
+    return anyHas(*this, DependencyHealth::unknown);
+}
 
 DependencyHealth DependencySummary::status() const {
     if (ecosystems.empty()) return DependencyHealth::notApplicable;

@@ -1,21 +1,25 @@
 #include "GitRepository.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
+
+#include <fmt/format.h>
 
 #include "GitReferenceVisibility.h"
 
 namespace tarnbeck {
 namespace {
 
-bool isMainline(const GitBranch& branch) { return branch.name == "main" || branch.name == "master"; }
+bool isMainline(const GitBranch& branch) {
+    return branch.name == "main" || branch.name == "master";
+}
 
 std::string counted(std::int64_t count, std::string_view noun, std::string_view plural) {
     return fmt::format("{} {}", count, count == 1 ? noun : plural);
 }
 
-std::int64_t sizeOf(const auto& list) { return static_cast<std::int64_t>(list.size()); }
+std::int64_t sizeOf(const auto& list) {
+    return static_cast<std::int64_t>(list.size());
+}
 
 }  // namespace
 

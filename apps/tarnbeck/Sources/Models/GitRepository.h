@@ -100,15 +100,15 @@ constexpr auto rawValues(GitConfigurationIssue /*tag*/) {
 }
 
 struct GitRepository {
-    std::string path;  // identity: the work tree, absolute, tilde expanded
-    std::string name;  // last component of `path`
+    std::string path;                          // identity: the work tree, absolute, tilde expanded
+    std::string name;                          // last component of `path`
     std::optional<std::string> currentBranch;  // or the short hash when HEAD is detached
     bool isDetachedHead = false;
-    ImmutableList<GitBranch> branches;           // in git's order
-    ImmutableList<std::string> remoteBranches;   // with their remote as prefix
-    std::set<std::string> gitHubOwnerRepos;      // "owner/repo", lower-cased
-    ImmutableList<GitWorktree> worktrees;        // the main one first
-    ImmutableList<std::string> tags;             // newest first
+    ImmutableList<GitBranch> branches;             // in git's order
+    ImmutableList<std::string> remoteBranches;     // with their remote as prefix
+    std::set<std::string> gitHubOwnerRepos;        // "owner/repo", lower-cased
+    ImmutableList<GitWorktree> worktrees;          // the main one first
+    ImmutableList<std::string> tags;               // newest first
     ImmutableList<FileChange> uncommittedChanges;  // of the main work tree
     std::int64_t stashCount = 0;
     ImmutableList<GitStash> stashes;  // newest first

@@ -1,7 +1,6 @@
 // How the current branch stands to its upstream branch.
 #pragma once
 
-#include <boost/json/fwd.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -9,6 +8,8 @@
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include <boost/json/fwd.hpp>
 
 namespace tarnbeck {
 

@@ -97,8 +97,7 @@ class ThreadedWorkQueues::Pool {
 };
 
 // A serial queue borrows a thread of the pool while it has tasks.
-class ThreadedWorkQueues::Strand : public SerialQueue,
-                                   public std::enable_shared_from_this<Strand> {
+class ThreadedWorkQueues::Strand : public SerialQueue, public std::enable_shared_from_this<Strand> {
   public:
     Strand(std::shared_ptr<Pool> pool, std::string label)
         : pool_(std::move(pool)), label_(std::move(label)) {}
@@ -158,11 +157,17 @@ ThreadedWorkQueues::~ThreadedWorkQueues() {
     utility_->finish();
 }
 
-void ThreadedWorkQueues::waitUntilIdle() { outstanding_->waitUntilNone(); }
+void ThreadedWorkQueues::waitUntilIdle() {
+    outstanding_->waitUntilNone();
+}
 
-void ThreadedWorkQueues::userInitiated(Task task) { userInitiated_->post(std::move(task)); }
+void ThreadedWorkQueues::userInitiated(Task task) {
+    userInitiated_->post(std::move(task));
+}
 
-void ThreadedWorkQueues::utility(Task task) { utility_->post(std::move(task)); }
+void ThreadedWorkQueues::utility(Task task) {
+    utility_->post(std::move(task));
+}
 
 std::shared_ptr<SerialQueue> ThreadedWorkQueues::serial(std::string label) {
     return std::make_shared<Strand>(utility_, std::move(label));

@@ -2,11 +2,11 @@
 // or the new content is there, whole.
 #pragma once
 
-#include <sys/types.h>
-
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <sys/types.h>
 
 namespace tarnbeck {
 

@@ -1,9 +1,9 @@
 // One open file descriptor, closed exactly once. Not bound to a thread; owned by one at a time.
 #pragma once
 
-#include <unistd.h>
-
 #include <utility>
+
+#include <unistd.h>
 
 namespace tarnbeck {
 

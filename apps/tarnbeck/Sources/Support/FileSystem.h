@@ -1,10 +1,10 @@
 // Questions to the file system. All block; any thread.
 #pragma once
 
-#include <sys/types.h>
-
 #include <optional>
 #include <string>
+
+#include <sys/types.h>
 
 #include "Result.h"
 

@@ -1,15 +1,15 @@
 #include "Json.h"
 
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
-#include <boost/json/serialize.hpp>
-#include <boost/json/string.hpp>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <vector>
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
+#include <boost/json/serialize.hpp>
+#include <boost/json/string.hpp>
 
 #include "Text.h"
 
@@ -22,14 +22,30 @@ class Writer {
 
     void write(const JsonValue& value) {
         switch (value.kind()) {
-            case boost::json::kind::null: text_ += "null"; return;
-            case boost::json::kind::bool_: text_ += value.get_bool() ? "true" : "false"; return;
-            case boost::json::kind::int64: writeNumber(value.get_int64()); return;
-            case boost::json::kind::uint64: writeNumber(value.get_uint64()); return;
-            case boost::json::kind::double_: writeDouble(value.get_double()); return;
-            case boost::json::kind::string: writeString(value.get_string()); return;
-            case boost::json::kind::array: writeArray(value.get_array()); return;
-            case boost::json::kind::object: writeObject(value.get_object()); return;
+            case boost::json::kind::null:
+                text_ += "null";
+                return;
+            case boost::json::kind::bool_:
+                text_ += value.get_bool() ? "true" : "false";
+                return;
+            case boost::json::kind::int64:
+                writeNumber(value.get_int64());
+                return;
+            case boost::json::kind::uint64:
+                writeNumber(value.get_uint64());
+                return;
+            case boost::json::kind::double_:
+                writeDouble(value.get_double());
+                return;
+            case boost::json::kind::string:
+                writeString(value.get_string());
+                return;
+            case boost::json::kind::array:
+                writeArray(value.get_array());
+                return;
+            case boost::json::kind::object:
+                writeObject(value.get_object());
+                return;
         }
     }
 

@@ -1,9 +1,10 @@
 // JSON as the files and the outputs need it, on Boost.JSON. Pure; any thread.
 #pragma once
 
-#include <boost/json/value.hpp>
 #include <string>
 #include <string_view>
+
+#include <boost/json/value.hpp>
 
 #include "Result.h"
 

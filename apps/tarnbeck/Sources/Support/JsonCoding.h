@@ -3,8 +3,6 @@
 // is), and a required key that is missing or null fails. Pure; any thread.
 #pragma once
 
-#include <boost/json/array.hpp>
-#include <boost/json/object.hpp>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -15,6 +13,9 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+#include <boost/json/array.hpp>
+#include <boost/json/object.hpp>
 
 #include "Dates.h"
 #include "Json.h"

@@ -1,9 +1,9 @@
 #include "NameCollator.h"
 
+#include <cstdint>
+
 #include <unicode/coll.h>
 #include <unicode/locid.h>
-
-#include <cstdint>
 
 namespace tarnbeck {
 

@@ -1,12 +1,12 @@
 #include "Paths.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <climits>
 #include <cstdlib>
 #include <optional>
 #include <vector>
+
+#include <pwd.h>
+#include <unistd.h>
 
 #include "SystemPaths.h"
 #include "Text.h"
@@ -23,9 +23,9 @@ std::optional<std::string> homeOfUser(const std::string& user) {
     std::vector<char> buffer(16384);
     passwd entry{};
     passwd* found = nullptr;
-    const int status =
-        user.empty() ? getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found)
-                     : getpwnam_r(user.c_str(), &entry, buffer.data(), buffer.size(), &found);
+    const int status = user.empty()
+                           ? getpwuid_r(geteuid(), &entry, buffer.data(), buffer.size(), &found)
+                           : getpwnam_r(user.c_str(), &entry, buffer.data(), buffer.size(), &found);
     if (status != 0 || !found || !found->pw_dir) return std::nullopt;
     return std::string(withoutTrailingSlashes(found->pw_dir));
 }

@@ -96,7 +96,9 @@ std::vector<std::size_t> characterEnds(std::string_view text) {
 }
 
 // Joiners are control characters in name only: they shape emoji, and words of some scripts.
-bool isJoiner(UChar32 character) { return character == 0x200C || character == 0x200D; }
+bool isJoiner(UChar32 character) {
+    return character == 0x200C || character == 0x200D;
+}
 
 }  // namespace
 

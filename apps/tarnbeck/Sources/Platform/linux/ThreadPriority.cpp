@@ -1,9 +1,9 @@
 #include "ThreadPriority.h"
 
+#include <cstring>
+
 #include <pthread.h>
 #include <sys/resource.h>
-
-#include <cstring>
 
 namespace tarnbeck {
 

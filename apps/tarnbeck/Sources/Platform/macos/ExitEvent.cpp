@@ -1,9 +1,9 @@
 #include "ExitEvent.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/event.h>
-
-#include <cerrno>
 
 namespace tarnbeck {
 

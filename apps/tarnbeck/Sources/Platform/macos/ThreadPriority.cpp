@@ -10,6 +10,8 @@ void applyWorkClass(WorkClass workClass) {
         workClass == WorkClass::utility ? QOS_CLASS_UTILITY : QOS_CLASS_USER_INITIATED, 0);
 }
 
-void nameThread(const char* name) { pthread_setname_np(name); }
+void nameThread(const char* name) {
+    pthread_setname_np(name);
+}
 
 }  // namespace tarnbeck

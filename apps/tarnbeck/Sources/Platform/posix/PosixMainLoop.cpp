@@ -1,14 +1,14 @@
 #include "PosixMainLoop.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include "Pipe.h"
 
@@ -47,9 +47,13 @@ PosixMainLoop::~PosixMainLoop() {
     signalWakeDescriptor.compare_exchange_strong(mine, -1);
 }
 
-WallTime PosixMainLoop::wallNow() const { return std::chrono::system_clock::now(); }
+WallTime PosixMainLoop::wallNow() const {
+    return std::chrono::system_clock::now();
+}
 
-SteadyTime PosixMainLoop::steadyNow() const { return std::chrono::steady_clock::now(); }
+SteadyTime PosixMainLoop::steadyNow() const {
+    return std::chrono::steady_clock::now();
+}
 
 void PosixMainLoop::post(Task task) {
     const std::lock_guard lock(mutex_);

@@ -44,8 +44,8 @@ class PosixMainLoop : public MainLoop {
     FileDescriptor wakeRead_;
     FileDescriptor wakeWrite_;
     std::mutex mutex_;
-    std::deque<Task> posted_;   // guarded by `mutex_`
-    bool asleep_ = false;       // guarded by `mutex_`: a post must wake the loop
+    std::deque<Task> posted_;  // guarded by `mutex_`
+    bool asleep_ = false;      // guarded by `mutex_`: a post must wake the loop
     std::multimap<SteadyTime, std::shared_ptr<Task>> timers_;
     std::function<void(int)> signalHandler_;
     std::atomic<bool> stopped_{false};

@@ -51,7 +51,8 @@ bool ProcessPipeReadHandle::waitForExit(ChildProcess& child, steady_clock::time_
         const auto now = steady_clock::now();
         if (now >= deadline) return false;
         const int exit = child.exitDescriptor();
-        // Where the system has no descriptor left for the event, the child is asked again and again.
+        // Where the system has no descriptor left for the event, the child is asked again and
+        // again.
         drainOnce(exit, exit < 0 ? std::min(deadline, now + 30ms) : deadline);
     }
     return true;

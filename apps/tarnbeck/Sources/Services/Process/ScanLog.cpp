@@ -1,15 +1,15 @@
 #include "ScanLog.h"
 
-#include <fcntl.h>
-#include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <utility>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "Dates.h"
 #include "FileDescriptor.h"
@@ -97,11 +97,11 @@ class ScanLog::File {
 };
 
 ScanLog::ScanLog(Options options, const Clock& clock, WorkQueues& queues)
-    : options_(std::move(options)),
-      clock_(clock),
-      queue_(queues.serial("com.tarnbeck.scan-log")) {}
+    : options_(std::move(options)), clock_(clock), queue_(queues.serial("com.tarnbeck.scan-log")) {}
 
-ScanLog::~ScanLog() { drain(); }
+ScanLog::~ScanLog() {
+    drain();
+}
 
 void ScanLog::write(std::string message) {
     const WallTime time = clock_.wallNow();
@@ -129,7 +129,9 @@ const std::string& ScanLog::location() const {
     return location_;
 }
 
-void ScanLog::drain() { queue_->drain(); }
+void ScanLog::drain() {
+    queue_->drain();
+}
 
 ScanLog::Observers::Token ScanLog::observe(Observers::Observer observer) {
     const std::lock_guard lock(observersMutex_);

@@ -55,7 +55,7 @@ class ScanLog {
     mutable std::once_flag locationOnce_;
     mutable std::string location_;
     std::mutex observersMutex_;
-    Observers observers_;  // guarded by `observersMutex_`
+    Observers observers_;         // guarded by `observersMutex_`
     std::shared_ptr<File> file_;  // touched on the queue only
     std::shared_ptr<SerialQueue> queue_;
 };

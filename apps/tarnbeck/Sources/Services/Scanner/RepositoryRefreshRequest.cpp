@@ -4,10 +4,14 @@ namespace tarnbeck {
 
 int rankOf(RepositoryRefreshTrigger trigger) {
     switch (trigger) {
-        case RepositoryRefreshTrigger::manual: return 3;
-        case RepositoryRefreshTrigger::initial: return 2;
-        case RepositoryRefreshTrigger::periodic: return 1;
-        case RepositoryRefreshTrigger::fileSystemEvent: return 0;
+        case RepositoryRefreshTrigger::manual:
+            return 3;
+        case RepositoryRefreshTrigger::initial:
+            return 2;
+        case RepositoryRefreshTrigger::periodic:
+            return 1;
+        case RepositoryRefreshTrigger::fileSystemEvent:
+            return 0;
     }
     return 0;
 }

@@ -1,11 +1,11 @@
 #include "RepositoryRefreshSupport.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <memory>
 #include <unordered_set>
 #include <utility>
+
+#include <fmt/format.h>
 
 #include "FileSystem.h"
 #include "UniqueKeys.h"

@@ -2,8 +2,12 @@
 
 namespace tarnbeck {
 
-std::string withoutSystemPrefix(std::string path) { return path; }
+std::string withoutSystemPrefix(std::string path) {
+    return path;
+}
 
-bool isPackage(const std::string& /*directory*/) { return false; }
+bool isPackage(const std::string& /*directory*/) {
+    return false;
+}
 
 }  // namespace tarnbeck

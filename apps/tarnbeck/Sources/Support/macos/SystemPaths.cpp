@@ -1,9 +1,9 @@
 #include "SystemPaths.h"
 
+#include <string_view>
+
 #include <CoreFoundation/CoreFoundation.h>
 #include <sys/stat.h>
-
-#include <string_view>
 
 namespace tarnbeck {
 

@@ -1,0 +1,64 @@
+# Sourced by ./run and ./test: makes sure that what they need is installed, and says what is not.
+
+# What it takes to build and to run.
+debian_build_packages=(g++ cmake ninja-build ccache git libfmt-dev libicu-dev
+    libboost-json1.81-dev libcli11-dev)
+homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11)
+
+# What the tests take besides.
+debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
+    libclang-rt-16-dev)
+homebrew_test_packages=(googletest llvm)
+
+# Messages go to standard error, so that the output of the program stays clean.
+say() { printf '%s\n' "$*" >&2; }
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then "$@"; elif command -v sudo >/dev/null; then sudo "$@"; else
+        say "This needs the rights of root, and there is no sudo. As root, run: $*"
+        return 1
+    fi
+}
+
+install_debian_packages() {
+    local missing=() package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+            missing+=("$package")
+    done
+    [ ${#missing[@]} = 0 ] && return
+    say "Installing: ${missing[*]}"
+    as_root apt-get update -qq >&2
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+install_homebrew_packages() {
+    local missing=() package installed
+    installed=$(brew list --formula -1)
+    for package in "$@"; do
+        grep -qx "$package" <<<"$installed" || missing+=("$package")
+    done
+    [ ${#missing[@]} = 0 ] && return
+    say "Installing: ${missing[*]}"
+    brew install --quiet "${missing[@]}" >&2
+}
+
+# `require_packages build` or `require_packages build test`
+require_packages() {
+    local packages=() group list
+    if command -v brew >/dev/null && [ "$(uname)" = Darwin ]; then
+        for group in "$@"; do list="homebrew_${group}_packages[@]"; packages+=("${!list}"); done
+        install_homebrew_packages "${packages[@]}"
+        # Homebrew keeps ICU and its compiler out of the usual places.
+        CMAKE_PREFIX_PATH="$(brew --prefix icu4c)"
+        export CMAKE_PREFIX_PATH
+        PATH="$PATH:$(brew --prefix)/opt/llvm/bin"
+    elif command -v dpkg-query >/dev/null; then
+        for group in "$@"; do list="debian_${group}_packages[@]"; packages+=("${!list}"); done
+        install_debian_packages "${packages[@]}"
+    else
+        say "Neither Debian's packages nor Homebrew here. Install by hand what" \
+            "scripts/packages.sh names, and use CMake's presets (see CONTRIBUTING.md)."
+    fi
+}
