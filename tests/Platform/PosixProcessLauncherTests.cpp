@@ -175,24 +175,29 @@ class ScarceDescriptors {
     std::vector<FileDescriptor> held_;
 };
 
+constexpr std::size_t enoughDescriptors = 4;  // two pipes
+
+auto launchWithFewDescriptors(ProcessLauncher& launcher, std::size_t few) {
+    const ScarceDescriptors scarce(few);
+    return launcher.launch({.executable = BAD_CHILD, .arguments = {"silent"}});
+}
+
 TEST_F(PosixProcessLauncher_Launch, WithoutFreeDescriptorsFailsWithTheSystemsWords) {
-    constexpr std::size_t enough = 4;  // two pipes
-    for (std::size_t few = 0; few < enough; ++few) {
-        const ScarceDescriptors scarce(few);
-        const auto child = launcher_.launch({.executable = BAD_CHILD, .arguments = {"silent"}});
+    // The sanitizers, too, need descriptors for what they see for the first time.
+    launch(launcher_, {"silent"});
+    EXPECT_TRUE(launchWithFewDescriptors(launcher_, enoughDescriptors));
+    for (std::size_t few = 0; few < enoughDescriptors; ++few) {
+        const auto child = launchWithFewDescriptors(launcher_, few);
         ASSERT_FALSE(child) << few;
         EXPECT_EQ(child.error(), "Too many open files") << few;
     }
-    const ScarceDescriptors scarce(enough);
-    EXPECT_TRUE(launcher_.launch({.executable = BAD_CHILD, .arguments = {"silent"}}));
 }
 
 TEST_F(PosixProcessLauncher_Launch, WithoutFreeDescriptorsLeavesNone) {
+    launch(launcher_, {"silent"});
     const auto before = openDescriptors();
-    for (std::size_t few = 0; few < 4; ++few) {
-        const ScarceDescriptors scarce(few);
-        EXPECT_FALSE(launcher_.launch({.executable = BAD_CHILD, .arguments = {"silent"}}));
-    }
+    for (std::size_t few = 0; few < enoughDescriptors; ++few)
+        EXPECT_FALSE(launchWithFewDescriptors(launcher_, few));
     EXPECT_EQ(openDescriptors(), before);
 }
 

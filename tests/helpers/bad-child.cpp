@@ -91,7 +91,8 @@ int main(int argc, char** argv) {
         std::fflush(stdout);
         hang();
     }
-    if (role == "close-and-hang") {
+    if (role == "close-and-hang" || role == "close-and-ignore-sigterm") {
+        if (role == "close-and-ignore-sigterm") std::signal(SIGTERM, SIG_IGN);
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
         hang();

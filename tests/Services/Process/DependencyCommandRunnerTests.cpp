@@ -118,6 +118,11 @@ TEST_F(RunCommand_Timeout, ChildThatClosedItsPipesAndRunsOnIsTimedOutAllTheSame)
               (CommandResult{.terminationStatus = SIGTERM, .timedOut = true}));
 }
 
+TEST_F(RunCommand_Timeout, KilledChildThatClosedItsPipesIsStillAskedForItsStatus) {
+    EXPECT_EQ(play({"close-and-ignore-sigterm"}, 500ms),
+              (CommandResult{.terminationStatus = SIGKILL, .timedOut = true}));
+}
+
 TEST_F(RunCommand_Timeout, GrandchildThatKeepsThePipesMakesTheOutputEmpty) {
     const CommandResult result = play({"hang-with-grandchild", "6"}, 300ms);
     EXPECT_EQ(result, (CommandResult{.terminationStatus = SIGTERM, .timedOut = true}));
@@ -156,6 +161,8 @@ TEST_F(RunCommand_Leaks, NoPathLeavesAZombieOrADescriptor) {
     nothingLeftBy({.executable = BAD_CHILD, .args = {"hang"}, .timeout = 300ms});
     nothingLeftBy({.executable = BAD_CHILD, .args = {"ignore-sigterm"}, .timeout = 500ms});
     nothingLeftBy({.executable = BAD_CHILD, .args = {"close-and-hang"}, .timeout = 300ms});
+    nothingLeftBy(
+        {.executable = BAD_CHILD, .args = {"close-and-ignore-sigterm"}, .timeout = 500ms});
     nothingLeftBy({.executable = BAD_CHILD, .args = {"leave-grandchild", "4"}, .timeout = 30s});
     nothingLeftBy({.executable = "/nonexistent/tool", .args = {"missing"}, .timeout = 30s});
     nothingLeftBy(

@@ -218,6 +218,7 @@ TEST_F(GitCommand_Leaks, NoPathLeavesAZombieOrADescriptor) {
     nothingLeftBy({"hang"}, BAD_CHILD);
     nothingLeftBy({"ignore-sigterm"}, BAD_CHILD);
     nothingLeftBy({"close-and-hang"}, BAD_CHILD);
+    nothingLeftBy({"close-and-ignore-sigterm"}, BAD_CHILD);
     nothingLeftBy({"leave-grandchild", "4"}, BAD_CHILD);
     nothingLeftBy({"print", "x"}, "/nonexistent/git");
 }
