@@ -11,26 +11,32 @@ debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-t
 homebrew_test_packages=(googletest llvm)
 
 # Messages go to standard error, so that the output of the program stays clean.
-say() { printf '%s\n' "$*" >&2; }
+say() { printf '%s\n' "$@" >&2; }
 
-as_root() {
-    if [ "$(id -u)" = 0 ]; then "$@"; elif command -v sudo >/dev/null; then sudo "$@"; else
-        say "This needs the rights of root, and there is no sudo. As root, run: $*"
-        return 1
-    fi
-}
+as_root() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
 
 install_debian_packages() {
-    local missing=() package
+    local missing=() package by_hand
     for package in "$@"; do
         [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
             missing+=("$package")
     done
     [ ${#missing[@]} = 0 ] && return
-    say "Installing: ${missing[*]}"
-    as_root apt-get update -qq >&2
-    as_root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+    by_hand="apt-get install --no-install-recommends ${missing[*]}"
+    if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
+        say "Some packages are missing, and only root may install them. As root, run:" "    $by_hand"
+        return 1
+    fi
+    say "Installing, which may take some minutes: ${missing[*]}"
+    as_root apt-get update -qq >&2 || say "The lists of packages are not fresh; going on with them."
+    # Of what apt-get says, one line a package shows that it goes on; its errors come through too.
+    as_root env DEBIAN_FRONTEND=noninteractive DEBCONF_NOWARNINGS=yes apt-get install -y -qq \
+        -o Dpkg::Use-Pty=0 --no-install-recommends "${missing[@]}" </dev/null |
+        { grep --line-buffered '^Setting up' >&2 || true; } || {
+        say "That failed; the lines above say why. When that is mended, run this again, or as root:" \
+            "    $by_hand"
+        return 1
+    }
 }
 
 install_homebrew_packages() {
@@ -40,7 +46,7 @@ install_homebrew_packages() {
         grep -qx "$package" <<<"$installed" || missing+=("$package")
     done
     [ ${#missing[@]} = 0 ] && return
-    say "Installing: ${missing[*]}"
+    say "Installing, which may take some minutes: ${missing[*]}"
     brew install --quiet "${missing[@]}" >&2
 }
 
@@ -59,6 +65,6 @@ require_packages() {
         install_debian_packages "${packages[@]}"
     else
         say "Neither Debian's packages nor Homebrew here. Install by hand what" \
-            "scripts/packages.sh names, and use CMake's presets (see CONTRIBUTING.md)."
+            "scripts/packages.sh names; going on with what there is."
     fi
 }
