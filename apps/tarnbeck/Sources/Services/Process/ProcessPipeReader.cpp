@@ -24,7 +24,7 @@ int millisecondsUntil(steady_clock::time_point deadline) {
 }  // namespace
 
 void PipeBuffer::readAvailable() {
-    std::array<char, 65536> chunk;  // NOLINT: filled by `read`, and too large to clear each time
+    std::array<char, 65536> chunk;  // filled by `read`, and too large to clear each time
     const ssize_t count = read(pipe_.get(), chunk.data(), chunk.size());
     if (count > 0) {
         tooLarge_ = tooLarge_ || bytes_.size() + static_cast<std::size_t>(count) > largestOutput;
