@@ -36,7 +36,7 @@ std::string git(const std::string& folder, const std::vector<std::string>& argum
     auto child = launcher.launch({.executable = "/usr/bin/git",
                                   .arguments = arguments,
                                   .environment = environment,
-                                  .workingDirectory = folder});
+                                  .workingDirectory = folder.c_str()});
     if (!child) throw std::runtime_error(child.error());
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     auto reader = ProcessPipeReader::readStdoutAndStderr((*child)->takeStandardOutput(),

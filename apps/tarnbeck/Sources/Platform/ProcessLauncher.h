@@ -14,11 +14,15 @@
 
 namespace tarnbeck {
 
+inline const std::vector<std::string> noArguments;
+inline const ImmutableList<std::string> noEnvironment;
+
+// What is to be launched. It refers to what its maker holds: for the time of the call only.
 struct LaunchRequest {
-    std::string executable;  // absolute; no search path is used
-    std::vector<std::string> arguments;
-    ImmutableList<std::string> environment;  // "NAME=value", all that the child gets
-    std::string workingDirectory = "/";
+    const std::string& executable;  // absolute; no search path is used
+    const std::vector<std::string>& arguments = noArguments;
+    const ImmutableList<std::string>& environment = noEnvironment;  // "NAME=value", all of it
+    const char* workingDirectory = "/";
 };
 
 // A running child. It is reaped when it is asked for its status, or when this goes; one that still

@@ -43,7 +43,7 @@ class SpawnActions {
     ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
 
     void prepare(const LaunchRequest& request, int standardOutput, int standardError) {
-        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory.c_str());
+        posix_spawn_file_actions_addchdir_np(&actions_, request.workingDirectory);
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, standardError, STDERR_FILENO);

@@ -19,7 +19,7 @@ CommandResult DependencyCommandRunner::runCommand(const Command& command) const 
     auto launched = launcher_.launch({.executable = command.executable,
                                       .arguments = command.args,
                                       .environment = environment_,
-                                      .workingDirectory = command.cwd});
+                                      .workingDirectory = command.cwd.c_str()});
     if (!launched) return {.launchError = "Failed to launch command: " + launched.error()};
     ChildProcess& child = **launched;
     auto reader = ProcessPipeReader::readStdoutAndStderr(child.takeStandardOutput(),

@@ -53,6 +53,7 @@ class ScanAttempt {
 
   private:
     using Arguments = std::vector<std::string>;
+    using Words = std::initializer_list<std::string_view>;
 
     // False when a required command failed; `failure_` says which.
     bool read() {
@@ -66,30 +67,32 @@ class ScanAttempt {
     }
 
     std::optional<std::string> git(const Arguments& selection, const std::string& logPath,
-                                   Arguments logical, Answer answer) const {
-        Arguments all = selection;
+                                   Words logical, Answer answer) const {
+        Arguments all;
+        all.reserve(selection.size() + logical.size());
+        all.insert(all.end(), selection.begin(), selection.end());
         all.insert(all.end(), logical.begin(), logical.end());
         return tools_.git({.executableArgs = std::move(all),
                            .logRepoPath = logPath,
-                           .logicalArgs = std::move(logical),
+                           .logicalArgs = {logical.begin(), logical.end()},
                            .timeout = commandTimeout,
                            .allowEmpty = answer == Answer::mayBeEmpty});
     }
 
-    std::optional<std::string> required(Arguments logical, std::string_view reason,
+    std::optional<std::string> required(Words logical, std::string_view reason,
                                         Answer answer = Answer::required) {
-        auto output = git(selection_, path_, std::move(logical), answer);
+        auto output = git(selection_, path_, logical, answer);
         if (!output) failure_ = reason;
         return output;
     }
 
-    std::string orEmpty(Arguments logical) const {
-        return git(selection_, path_, std::move(logical), Answer::mayBeEmpty).value_or("");
+    std::string orEmpty(Words logical) const {
+        return git(selection_, path_, logical, Answer::mayBeEmpty).value_or("");
     }
 
     // `core.bare` may be set although there is a work tree: then git has to be told both by name.
     void chooseSelection() {
-        const Arguments question = {"rev-parse", "--is-bare-repository"};
+        const Words question = {"rev-parse", "--is-bare-repository"};
         const Arguments explicitForm = {"--git-dir", gitDirectory_, "--work-tree", path_};
         const auto normally = git(selection_, path_, question, Answer::required);
         if (!isDirectory(gitDirectory_)) return;
