@@ -40,10 +40,9 @@ install_debian_packages() {
 }
 
 install_homebrew_packages() {
-    local missing=() package installed
-    installed=$(brew list --formula -1)
-    for package in "$@"; do
-        grep -qx "$package" <<<"$installed" || missing+=("$package")
+    local missing=() package
+    for package in "$@"; do # `brew list` knows a formula by its other names too
+        brew list --formula "$package" >/dev/null 2>&1 || missing+=("$package")
     done
     [ ${#missing[@]} = 0 ] && return
     say "Installing, which may take some minutes: ${missing[*]}"

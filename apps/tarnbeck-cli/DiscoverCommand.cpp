@@ -33,9 +33,12 @@ int runDiscover(Companion& companion, const DiscoverArguments& arguments) {
             status = exitFailure;
         }
     }
+    ProgressLine progress;
+    progress.show("Looking for repositories");
     const auto found = discoverRepos({.in = directories,
                                       .ignoring = configuration.discoveryIgnorePaths,
                                       .home = companion.home()});
+    progress.clear();
     if (found.empty() && status == exitSuccess) {
         complain("no repository found below " + joined(directories, ", "));
     }

@@ -47,7 +47,7 @@ std::optional<std::string> reasonWhyMissing(const std::string& path) {
 }
 
 std::optional<std::string> reasonWhyUnsearchable(const std::string& path) {
-    if (const auto missing = reasonWhyMissing(path)) return missing;
+    if (auto missing = reasonWhyMissing(path)) return missing;
     const FileDescriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened) return std::nullopt;
     if (errno == ENOTDIR) return "is not a folder";

@@ -50,6 +50,8 @@ struct Subject {
 };
 
 Subject subjectOf(Companion& companion, const StatusArguments& arguments) {
+    ProgressLine progress;
+    progress.show("Looking for repositories");
     if (arguments.paths.empty()) {
         return {RepositoryScanner::loadInitialConfiguration(companion.place()), {}};
     }

@@ -24,8 +24,11 @@ class Watch {
           feed_(arguments.json ? ChangeFeed::Form::json : ChangeFeed::Form::forPeople, style_) {}
 
     void run() {
+        ProgressLine looking;
+        looking.show("Looking for repositories");
         AppConfiguration configuration =
             RepositoryScanner::loadInitialConfiguration(companion_.place());
+        looking.clear();
         companion_.runLoop([&] {
             scanner_ = std::make_unique<RepositoryScanner>(
                 companion_.services(), follower_.optionsFor(std::move(configuration)));

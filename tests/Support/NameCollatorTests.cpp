@@ -42,6 +42,12 @@ TEST(NameCollator, ComposedAndDecomposedFormsAreEqual) {
     EXPECT_EQ(NameCollator("en").compare("\u00E9", "e\u0301"), 0);
 }
 
+TEST(NameCollator, MachineWithoutALanguageStillTakesUpperAndLowerCaseAlike) {
+    const NameCollator posix("en_US_POSIX");
+    EXPECT_EQ(posix.compare("ALPHA", "alpha"), 0);
+    EXPECT_LT(posix.compare("alpha", "Beta"), 0);
+}
+
 TEST(NameCollator, UnknownLanguageStillOrdersNames) {
     EXPECT_THAT(sorted({"b", "A"}, "xx_YY"), ElementsAre("A", "b"));
 }

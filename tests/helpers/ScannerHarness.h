@@ -49,7 +49,7 @@ class ScannerHarness {
                                         .git =
                                             [this](const GitInvocation& invocation) {
                                                 gitInvocations.push_back(invocation);
-                                                return std::optional<std::string>("");
+                                                return gitAnswer;
                                             },
                                         .home = folder.path()},
             options);
@@ -89,6 +89,7 @@ class ScannerHarness {
     std::deque<std::pair<std::string, ScanCompletion>> waiting;
     std::vector<std::string> scannedPaths;
     std::vector<GitInvocation> gitInvocations;
+    std::optional<std::string> gitAnswer = "";  // to each of them
     std::vector<RepositoryScanner::Property> notified;
     RepositoryScanner::Observers::Token observation;
     std::unique_ptr<RepositoryScanner> scanner;

@@ -9,13 +9,24 @@
 namespace tarnbeck::testing {
 namespace fs = std::filesystem;
 
+namespace {
+
+// A new folder below `parent`; empty when it can't be made there.
+std::string newFolderBelow(const fs::path& parent) {
+    std::error_code ignored;
+    fs::create_directories(parent, ignored);
+    std::string pattern = parent / "run-XXXXXX";
+    return mkdtemp(pattern.data()) ? pattern : std::string();
+}
+
+}  // namespace
+
 TemporaryFolder::TemporaryFolder() {
     const char* chosen = std::getenv("TARNBECK_TEST_FOLDER");
-    std::string pattern =
-        (chosen ? chosen : "/var/lib/tarnbeck-tests") + std::string("/run-XXXXXX");
-    fs::create_directories(fs::path(pattern).parent_path());
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder at " + pattern);
-    path_ = pattern;
+    const char* home = std::getenv("HOME");
+    path_ = newFolderBelow(chosen ? chosen : "/var/lib/tarnbeck-tests");
+    if (path_.empty() && home) path_ = newFolderBelow(fs::path(home) / ".tarnbeck-tests");
+    if (path_.empty()) throw std::runtime_error("no place for a temporary folder");
 }
 
 TemporaryFolder::~TemporaryFolder() {

@@ -147,6 +147,12 @@ TEST_F(DiscoverRepos, LinkToARepositoryIsNotReported) {
     EXPECT_THAT(found(), IsEmpty());
 }
 
+TEST_F(DiscoverRepos, ScanDirectoryThatIsALinkIsSearchedUnderItsOwnName) {
+    makeRepositories({"elsewhere/a"});
+    fs::create_directory_symlink(home_ / "elsewhere", home_ / "projects");
+    EXPECT_THAT(found(), ElementsAre("projects/a"));
+}
+
 TEST_F(DiscoverRepos, LinkedFolderIsNotEntered) {
     makeRepositories({"elsewhere/r"});
     home_.makeFolder("projects");

@@ -1,4 +1,5 @@
 #include "GitOutputParsers.h"
+#include "GitReferenceVisibility.h"
 
 namespace tarnbeck::GitOutputParsers {
 namespace {
@@ -55,6 +56,18 @@ TEST(ParseWorktrees, DetachedAndBareAreWholeLines) {
     const auto worktrees = parseWorktrees("worktree /r\ndetached \nbare x\nbared");
     EXPECT_FALSE(worktrees[0].isDetached);
     EXPECT_FALSE(worktrees[0].isBare);
+}
+
+TEST(ParseWorktrees, BareMainRepositoryIsBareAndMainAndHiddenEitherWay) {
+    auto worktrees = parseWorktrees("worktree /r.git\nbare\n\nworktree /linked\n");
+    EXPECT_EQ(worktrees[0],
+              (GitWorktree{.path = "/r.git", .isBare = true, .isMainWorktree = true}));
+    const GitWorktree linked = worktrees[1];
+    EXPECT_THAT(GitReferenceVisibility::visibleWorktrees(worktrees), ElementsAre(linked));
+    worktrees[0].isBare = false;
+    EXPECT_THAT(GitReferenceVisibility::visibleWorktrees(worktrees), ElementsAre(linked));
+    worktrees[0] = {.path = "/r.git", .isBare = true};
+    EXPECT_THAT(GitReferenceVisibility::visibleWorktrees(worktrees), ElementsAre(linked));
 }
 
 TEST(ParseWorktrees, LockedPrunableAndUnknownLinesAreIgnored) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "ScannerHarness.h"
 
 namespace tarnbeck {
@@ -80,6 +82,31 @@ TEST(FullScan_Fetch, RunsBeforeEachScanWhereThereIsAGitEntry) {
     EXPECT_EQ(harness.scannedPaths.size(), 3);
 }
 
+TEST(FullScan_Fetch, ComesRightBeforeTheScanOfItsRepository) {
+    ScannerHarness harness;
+    harness.folder.makeFolder("a/.git");
+    harness.folder.makeFolder("b/.git");
+    harness.options.configuration.repoPaths = {"~/a", "~/b"};
+    harness.make().requestRefresh({.refreshRemotes = true});
+    harness.simulation.runUntilIdle();
+    EXPECT_EQ(harness.gitInvocations.size(), 1);
+    EXPECT_EQ(harness.scannedPaths, (Names{"~/a"}));
+    harness.answerNext();
+    EXPECT_EQ(harness.gitInvocations.size(), 2);
+    EXPECT_EQ(harness.scannedPaths, (Names{"~/a", "~/b"}));
+}
+
+TEST(FullScan_Fetch, OneThatFailsDoesNotKeepTheRepositoryFromBeingScanned) {
+    ScannerHarness harness;
+    harness.folder.makeFolder("a/.git");
+    harness.options.configuration.repoPaths = {"~/a"};
+    harness.gitAnswer = std::nullopt;
+    harness.make();
+    harness.refresh({.refreshRemotes = true});
+    EXPECT_EQ(harness.gitInvocations.size(), 1);
+    EXPECT_EQ(harness.names(), (Names{"a"}));
+}
+
 TEST(FullScan_Fetch, DoesNotRunUnlessAskedFor) {
     ScannerHarness harness;
     harness.folder.makeFolder("with/.git");
@@ -113,47 +140,6 @@ TEST(FullScan_Result, LastScanIsTheMomentOfTheEnd) {
     EXPECT_FALSE(harness.scanner->state().lastScan.has_value());
     harness.answerNext();
     EXPECT_EQ(harness.scanner->state().lastScan, harness.simulation.loop.wallNow());
-}
-
-TEST(FullScan_Result, FailedRepositoryKeepsItsSnapshot) {
-    ScannerHarness harness({"/r/a", "/r/b"});
-    harness.make();
-    harness.refresh();
-    harness.answer = [](const std::string& path) {
-        return path == "/r/a" ? std::nullopt : std::optional(repositoryAt(path));
-    };
-    harness.refresh();
-    EXPECT_EQ(harness.names(), (Names{"a", "b"}));
-}
-
-TEST(FullScan_Result, DeletedFolderGoesAtTheSecondFailedScanThoughItStaysConfigured) {
-    ScannerHarness harness({"/r/nowhere"});
-    harness.make();
-    harness.refresh();
-    harness.answer = [](const std::string&) { return std::nullopt; };
-    harness.refresh();
-    EXPECT_EQ(harness.names(), (Names{"nowhere"}));
-    harness.refresh();
-    EXPECT_TRUE(harness.names().empty());
-}
-
-TEST(FullScan_Result, PathRemovedFromTheConfigurationLosesItsFailureCount) {
-    ScannerHarness harness({"/r/nowhere"});
-    harness.make();
-    harness.refresh();
-    harness.answer = [](const std::string&) { return std::nullopt; };
-    harness.refresh();  // one failure
-    auto configuration = harness.scanner->configuration();
-    configuration.repoPaths.clear();
-    harness.scanner->setConfiguration(configuration);
-    harness.refresh();
-    configuration.repoPaths = {"/r/nowhere"};
-    harness.scanner->setConfiguration(configuration);
-    harness.answer = repositoryAt;
-    harness.refresh();
-    harness.answer = [](const std::string&) { return std::nullopt; };
-    harness.refresh();  // one failure again, not two
-    EXPECT_EQ(harness.names(), (Names{"nowhere"}));
 }
 
 TEST(FullScan_Result, OnlyTheRepositoriesThatAreNotCleanAreCountedAsDirty) {
@@ -255,6 +241,34 @@ TEST(FullScan_LastIssueRefresh, DatesOfRepositoriesThatAreNotThereDoNotCount) {
     EXPECT_EQ(harness.scanner->state().lastIssueRefresh, now - 1h);
 }
 
+TEST(FullScan_LastIssueRefresh, OnceItIsThereLaterScansLeaveIt) {
+    ScannerHarness harness({"/r/a"});
+    const WallTime now = harness.simulation.loop.wallNow();
+    WallTime stored = now - 1h;
+    harness.options.knownGitHubData.lastKnownIssueFetchDate = [&](const std::string&) {
+        return std::optional(stored);
+    };
+    harness.make();
+    harness.refresh();
+    stored = now;
+    harness.refresh();
+    EXPECT_EQ(harness.scanner->state().lastIssueRefresh, now - 1h);
+}
+
+TEST(FullScan_LastIssueRefresh, IsTheDateThatWasStoredWhenTheScanBegan) {
+    ScannerHarness harness({"/r/a"});
+    const WallTime now = harness.simulation.loop.wallNow();
+    WallTime stored = now - 1h;
+    harness.options.knownGitHubData.lastKnownIssueFetchDate = [&](const std::string&) {
+        return std::optional(stored);
+    };
+    harness.make().requestRefresh({});
+    harness.simulation.runUntilIdle();
+    stored = now;
+    harness.answerNext();
+    EXPECT_EQ(harness.scanner->state().lastIssueRefresh, now - 1h);
+}
+
 TEST(FullScan_LastIssueRefresh, StaysAbsentWithoutStoredDates) {
     ScannerHarness harness({"/r/a"});
     harness.make();
@@ -286,6 +300,18 @@ TEST(FullScan_Notifications, EachPropertyIsToldOnceAfterItsWriteAndScanningLast)
     harness.refresh();
     EXPECT_EQ(harness.notified, (std::vector{Property::isScanning, Property::repositories,
                                              Property::lastScan, Property::isScanning}));
+}
+
+TEST(FullScan_Notifications, LastIssueRefreshStandsBetweenTheListAndTheLastScan) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.knownGitHubData.lastKnownIssueFetchDate = [&](const std::string&) {
+        return std::optional(harness.simulation.loop.wallNow());
+    };
+    harness.make();
+    harness.refresh();
+    EXPECT_EQ(harness.notified,
+              (std::vector{Property::isScanning, Property::repositories, Property::lastIssueRefresh,
+                           Property::lastScan, Property::isScanning}));
 }
 
 TEST(FullScan_Notifications, ComeAlsoWhenTheValueIsEqual) {

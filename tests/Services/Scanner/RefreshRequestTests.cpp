@@ -48,6 +48,17 @@ TEST(RepositoryRefreshRequest_Merging, TriggerOfStrictlyHigherRankReplacesTheQue
               Trigger::initial);
 }
 
+TEST(RepositoryRefreshRequest_Merging, HighestRankedTriggerOfFiveWinsAndOfEqualsTheEarliest) {
+    const auto merged = mergedOf({{.trigger = Trigger::fileSystemEvent},
+                                  {.trigger = Trigger::periodic},
+                                  {.trigger = Trigger::initial, .refreshIssues = true},
+                                  {.trigger = Trigger::initial, .refreshRemotes = true},
+                                  {.trigger = Trigger::fileSystemEvent}});
+    EXPECT_EQ(merged->trigger, Trigger::initial);
+    EXPECT_TRUE(merged->refreshIssues);
+    EXPECT_TRUE(merged->refreshRemotes);
+}
+
 TEST(RepositoryRefreshRequest_Named, StartAsksForDependenciesAndForcedIssuesWithoutRemotes) {
     EXPECT_EQ(RepositoryRefreshRequest::atStart(),
               (RepositoryRefreshRequest{.trigger = Trigger::initial,
@@ -106,17 +117,6 @@ TEST_F(DuringAScan, OneOfFiveWithRemotesMakesTheFurtherScanFetch) {
     ASSERT_EQ(harness.gitInvocations.size(), 1);
     EXPECT_EQ(harness.gitInvocations[0].logicalArgs,
               (std::vector<std::string>{"fetch", "--prune", "--quiet"}));
-}
-
-TEST_F(DuringAScan, HighestRankedTriggerOfFiveWinsAndOfEqualsTheEarliest) {
-    const auto merged = mergedOf({{.trigger = Trigger::fileSystemEvent},
-                                  {.trigger = Trigger::periodic},
-                                  {.trigger = Trigger::initial, .refreshIssues = true},
-                                  {.trigger = Trigger::initial, .refreshRemotes = true},
-                                  {.trigger = Trigger::fileSystemEvent}});
-    EXPECT_EQ(merged->trigger, Trigger::initial);
-    EXPECT_TRUE(merged->refreshIssues);
-    EXPECT_TRUE(merged->refreshRemotes);
 }
 
 TEST_F(DuringAScan, FurtherScanBegins300MillisecondsAfterTheFirstHasFinished) {

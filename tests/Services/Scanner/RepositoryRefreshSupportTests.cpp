@@ -224,6 +224,26 @@ TEST_F(CarryOver, WithoutAPreviousSnapshotTheCacheFills) {
     EXPECT_EQ(result.pullRequests[0].number, 99);
 }
 
+TEST_F(CarryOver, IssuesAndPullRequestsGoEachTheirOwnWay) {
+    const auto without = [](auto GitRepository::*list) {
+        return changed(withIssue(6), [&](GitRepository& repository) { repository.*list = {}; });
+    };
+    const auto previous = std::make_shared<const GitRepository>(withIssue(5));
+    const auto withoutIssues = preserved(without(&GitRepository::issues), {previous});
+    EXPECT_EQ(withoutIssues.issues[0].number, 5);
+    EXPECT_EQ(withoutIssues.pullRequests[0].number, 6);
+    const auto withoutRequests = preserved(without(&GitRepository::pullRequests), {});
+    EXPECT_EQ(withoutRequests.issues[0].number, 6);
+    EXPECT_EQ(withoutRequests.pullRequests[0].number, 99);
+}
+
+TEST_F(CarryOver, NothingAnywhereLeavesTheListsEmpty) {
+    cache = [](const std::string&) { return std::nullopt; };
+    EXPECT_TRUE(preserved(snapshotAt("/r/a"), {}).issues.empty());
+    cache = [](const std::string&) { return GitHubRepositoryData{}; };
+    EXPECT_TRUE(preserved(snapshotAt("/r/a"), {}).issues.empty());
+}
+
 TEST_F(CarryOver, PlaceholderTakesThePreviousVerdict) {
     using enum DependencyHealth;
     EXPECT_EQ(withSummaries(std::nullopt, updatesAvailable).dependencySummary,

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "ScannerHarness.h"
 
 namespace tarnbeck {
@@ -20,6 +22,28 @@ TEST(RepositoryScanner_Start, FirstScanIsFollowedByBothPasses) {
     harness.simulation.runUntilIdle();
     EXPECT_EQ(harness.scanner->dependencyScanGeneration(), 1);
     EXPECT_EQ(harness.scanner->issueScanGeneration(), 1);
+}
+
+TEST(RepositoryScanner_Start, PulseBeginsToo) {
+    ScannerHarness harness({"/r/a"});
+    harness.options.autoStart = true;
+    harness.options.configuration.scanIntervalMinutes = 1;
+    harness.answersAtOnce = true;
+    harness.make();
+    harness.simulation.advance(1min);
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
+TEST(RepositoryScanner_Start, FirstScanFetchesNothing) {
+    ScannerHarness harness;
+    harness.folder.makeFolder("a/.git");
+    harness.options.configuration.repoPaths = {"~/a"};
+    harness.options.autoStart = true;
+    harness.answersAtOnce = true;
+    harness.make();
+    harness.simulation.runUntilIdle();
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+    EXPECT_TRUE(harness.gitInvocations.empty());
 }
 
 TEST(RepositoryScanner_Start, WithoutAutoStartNothingHappensByItself) {
@@ -161,6 +185,14 @@ TEST(RepositoryScanner_Observers, TokenThatIsGoneHearsNothing) {
     EXPECT_TRUE(harness.notified.empty());
 }
 
+TEST(RepositoryScanner_Observers, AreToldOfConfigurationsAndSnapshotsThatComeFromOutside) {
+    using Property = RepositoryScanner::Property;
+    ScannerHarness harness;
+    harness.make().setConfiguration({});
+    harness.scanner->setRepositories({});
+    EXPECT_EQ(harness.notified, (std::vector{Property::configuration, Property::repositories}));
+}
+
 TEST(RepositoryScanner_State, InitialValuesAreEmptyAndFalse) {
     ScannerHarness harness;
     const auto& state = harness.make().state();
@@ -169,6 +201,10 @@ TEST(RepositoryScanner_State, InitialValuesAreEmptyAndFalse) {
     EXPECT_EQ(state.dependencyScanCompletedCount, 0);
     EXPECT_EQ(state.dependencyScanTotalCount, 0);
     EXPECT_FALSE(state.lastScan.has_value() || state.lastIssueRefresh.has_value());
+    EXPECT_TRUE(state.issueScanInProgressForRepo.empty());
+    EXPECT_TRUE(state.dependencyScanInProgressForRepo.empty());
+    EXPECT_TRUE(state.gitScanInProgressForRepo.empty());
+    EXPECT_EQ(state.configuration, AppConfiguration{});
 }
 
 }  // namespace

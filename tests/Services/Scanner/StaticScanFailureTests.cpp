@@ -1,4 +1,5 @@
 // What becomes of the scan of one repository when git fails: what is logged, tried again, left out.
+#include <algorithm>
 #include <utility>
 
 #include "RecordedScan.h"

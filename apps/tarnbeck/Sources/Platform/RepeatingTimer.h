@@ -1,5 +1,5 @@
-// A call that comes again and again, each `interval` after the one before was due. Main thread
-// only; it ends with this object.
+// A call that comes again and again, each `interval` (above zero) after the one before was due.
+// Main thread only; it ends with this object.
 #pragma once
 
 #include <chrono>

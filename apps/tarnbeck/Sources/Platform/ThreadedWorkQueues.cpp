@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -48,7 +49,7 @@ class ThreadedWorkQueues::Pool {
         const std::lock_guard lock(mutex_);
         tasks_.push_back(std::move(task));
         if (tasks_.size() > idleThreads_ && !finishing_) {
-            threads_.emplace_back([this] { work(); });
+            addThread();
         } else {
             wake_.notify_one();
         }
@@ -66,6 +67,15 @@ class ThreadedWorkQueues::Pool {
     }
 
   private:
+    // Where the system has no thread left, the task waits for one of those that there are.
+    void addThread() {
+        try {
+            threads_.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+            if (threads_.empty()) throw;
+        }
+    }
+
     void work() {
         nameThread(name_);
         applyWorkClass(workClass_);

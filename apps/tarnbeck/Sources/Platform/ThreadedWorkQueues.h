@@ -1,5 +1,6 @@
 // Work queues on real threads: one pool a class, which grows by a thread whenever none is idle, so
-// that tasks that wait for children never wait for each other.
+// that tasks that wait for children never wait for each other. Posting throws `std::system_error`
+// where the system does not give a single thread.
 #pragma once
 
 #include <memory>

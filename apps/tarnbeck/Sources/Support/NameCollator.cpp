@@ -11,11 +11,21 @@ struct NameCollator::Implementation {
     std::unique_ptr<icu::Collator> collator;  // absent where the system's ICU data are missing
 };
 
+namespace {
+
+// A machine without a language of its own ("C", "POSIX") sorts by code points, which is nobody's
+// order of names; the root locale's is the nearest to everybody's.
+icu::Locale localeNamed(const std::string& name) {
+    const icu::Locale locale = name.empty() ? icu::Locale() : icu::Locale(name.c_str());
+    return std::string_view(locale.getVariant()) == "POSIX" ? icu::Locale::getRoot() : locale;
+}
+
+}  // namespace
+
 NameCollator::NameCollator(const std::string& locale)
     : implementation_(std::make_unique<Implementation>()) {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::Locale chosen = locale.empty() ? icu::Locale() : icu::Locale(locale.c_str());
-    implementation_->collator.reset(icu::Collator::createInstance(chosen, status));
+    implementation_->collator.reset(icu::Collator::createInstance(localeNamed(locale), status));
     if (U_FAILURE(status)) {
         implementation_->collator.reset();
     } else {

@@ -1,8 +1,10 @@
-// Those who want to be told. One observes as long as one holds the token. Not synchronized.
+// Those who want to be told. One observes as long as one holds the token. The list is not
+// synchronized; telling needs no list, and so no lock on one.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace tarnbeck {
@@ -19,18 +21,23 @@ class ObserverList {
         return token;
     }
 
-    // The observers of this moment, in the order in which they came: a call may add and remove.
-    std::vector<std::shared_ptr<Observer>> current() {
-        std::vector<std::shared_ptr<Observer>> present;
-        std::erase_if(observers_, [&](const std::weak_ptr<Observer>& observer) {
-            if (auto held = observer.lock()) present.push_back(std::move(held));
-            return observer.expired();
-        });
-        return present;
+    // The observers of this moment, in the order in which they came.
+    using Present = std::vector<std::weak_ptr<Observer>>;
+    Present current() {
+        std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
+        return observers_;
+    }
+
+    // Calls each of them. A call may add and remove observers: one that was added is not called
+    // yet, and one whose token went meanwhile is called no more.
+    static void tell(const Present& observers, const Arguments&... arguments) {
+        for (const auto& observer : observers) {
+            if (const auto present = observer.lock()) (*present)(arguments...);
+        }
     }
 
   private:
-    std::vector<std::weak_ptr<Observer>> observers_;
+    Present observers_;
 };
 
 }  // namespace tarnbeck

@@ -1,5 +1,6 @@
 #include "Paths.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "ThreadPriority.h"
 
 #include <pthread.h>
-#include <sys/qos.h>
+#include <pthread/qos.h>
 
 namespace tarnbeck {
 

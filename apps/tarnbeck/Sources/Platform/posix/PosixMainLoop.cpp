@@ -1,5 +1,6 @@
 #include "PosixMainLoop.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>

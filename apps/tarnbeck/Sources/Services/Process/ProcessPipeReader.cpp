@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 
 #include <poll.h>
 #include <unistd.h>
@@ -19,13 +18,13 @@ constexpr int noEvent = -1;
 // Rounded up, so that a deadline is never met early by a turn of the loop.
 int millisecondsUntil(steady_clock::time_point deadline) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - steady_clock::now());
-    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 24 * 3600 * 1000));
+    return static_cast<int>(std::clamp(left, 0ms, std::chrono::milliseconds(24h)).count());
 }
 
 }  // namespace
 
 void PipeBuffer::readAvailable() {
-    std::array<char, 65536> chunk;  // NOLINT: filled by `read`, and too large to clear each time
+    std::array<char, 65536> chunk;  // filled by `read`, and too large to clear each time
     const ssize_t count = read(pipe_.get(), chunk.data(), chunk.size());
     if (count > 0) {
         tooLarge_ = tooLarge_ || bytes_.size() + static_cast<std::size_t>(count) > largestOutput;

@@ -109,7 +109,7 @@ void ScanLog::write(std::string message) {
         const std::lock_guard lock(observersMutex_);
         return observers_.current();
     }();
-    for (const auto& observer : observers) (*observer)(message);
+    Observers::tell(observers, message);
     queue_->post([this, time, message = std::move(message)] {
         if (!file_) file_ = std::make_shared<File>(location());
         file_->writeLine(fmt::format("[{}] {}\n", iso8601(time), replacingInvalidUtf8(message)));

@@ -43,7 +43,8 @@ class ScanLog {
     // Waits until all lines written so far are on disk. Not from the log's own queue.
     void drain();
 
-    // Called with each message, on the thread that writes it, as long as the returned token lives.
+    // Called with each message, on the thread that writes it, as long as the returned token lives;
+    // a call that began before on another thread may still be running when the token has gone.
     using Observers = ObserverList<std::string_view>;
     [[nodiscard]] Observers::Token observe(Observers::Observer observer);
 

@@ -60,7 +60,7 @@ AppConfiguration RepositoryScanner::loadInitialConfiguration(const Configuration
 template <class Value>
 void RepositoryScanner::publish(Property property, Value State::*field, Value value) {
     state_.*field = std::move(value);
-    for (const auto& observer : observers_.current()) (*observer)(property);
+    Observers::tell(observers_.current(), property);
 }
 
 void RepositoryScanner::setConfiguration(AppConfiguration configuration) {
