@@ -137,6 +137,60 @@ class Command {
     CLI::App* app_;
 };
 
+// All commands, declared to the parser.
+class Grammar {
+  public:
+    explicit Grammar(CLI::App& app)
+        : status_(app, "status", "Show the state of repositories"),
+          watch_(app, "watch", "Show the configured repositories, stay, and print what changes"),
+          discover_(app, "discover", "Find repositories below folders"),
+          add_(app, "add", "Add repositories to the configuration"),
+          remove_(app, "remove", "Remove repositories from the configuration"),
+          config_(app, "config", "Show where the files are and what is set") {
+        declareLooking();
+        declareConfiguring();
+    }
+
+    Arguments chosen() const {
+        if (watch_.isChosen()) return watch_.arguments;
+        if (discover_.isChosen()) return discover_.arguments;
+        if (add_.isChosen()) return add_.arguments;
+        if (remove_.isChosen()) return remove_.arguments;
+        if (config_.isChosen()) return config_.arguments;
+        return status_.arguments;
+    }
+
+  private:
+    void declareLooking() {
+        addPaths(status_.app(), "PATH", status_.arguments.paths,
+                 "Repositories, or folders to find them in; without, the configured ones");
+        status_->add_flag("--json", status_.arguments.json, "Print one JSON array");
+        status_->add_flag("--fetch", status_.arguments.fetch, "Fetch from the remotes first");
+        addColor(status_.app(), status_.arguments.color);
+        status_->footer(std::string(legend));
+        watch_->add_flag("--json", watch_.arguments.json, "Print one JSON object a line");
+        addColor(watch_.app(), watch_.arguments.color);
+    }
+
+    void declareConfiguring() {
+        addPaths(discover_.app(), "DIR", discover_.arguments.directories,
+                 "Where to look; without, the configured folders");
+        discover_->add_flag("--json", discover_.arguments.json, "Print one JSON array of paths");
+        addPaths(add_.app(), "PATH", add_.arguments.paths, "Repositories, or paths inside them")
+            ->required();
+        addPaths(remove_.app(), "PATH", remove_.arguments.paths, "Configured repositories")
+            ->required();
+        config_->add_flag("--json", config_.arguments.json, "Print one JSON object");
+    }
+
+    Command<StatusArguments> status_;
+    Command<WatchArguments> watch_;
+    Command<DiscoverArguments> discover_;
+    Command<AddArguments> add_;
+    Command<RemoveArguments> remove_;
+    Command<ConfigArguments> config_;
+};
+
 }  // namespace
 
 std::variant<Arguments, int> parsedCommandLine(std::vector<std::string> words) {
@@ -144,34 +198,7 @@ std::variant<Arguments, int> parsedCommandLine(std::vector<std::string> words) {
     CLI::App app("A live picture of local git repositories, in the terminal.", "tarnbeck-cli");
     shapeHelp(app);
     app.require_subcommand(0, 1);
-
-    Command<StatusArguments> status(app, "status", "Show the state of repositories");
-    addPaths(status.app(), "PATH", status.arguments.paths,
-             "Repositories, or folders to find them in; without, the configured ones");
-    status->add_flag("--json", status.arguments.json, "Print one JSON array");
-    status->add_flag("--fetch", status.arguments.fetch, "Fetch from the remotes first");
-    addColor(status.app(), status.arguments.color);
-    status->footer(std::string(legend));
-
-    Command<WatchArguments> watch(app, "watch",
-                                  "Show the configured repositories, stay, and print what changes");
-    watch->add_flag("--json", watch.arguments.json, "Print one JSON object a line");
-    addColor(watch.app(), watch.arguments.color);
-
-    Command<DiscoverArguments> discover(app, "discover", "Find repositories below folders");
-    addPaths(discover.app(), "DIR", discover.arguments.directories,
-             "Where to look; without, the configured folders");
-    discover->add_flag("--json", discover.arguments.json, "Print one JSON array of paths");
-
-    Command<AddArguments> add(app, "add", "Add repositories to the configuration");
-    addPaths(add.app(), "PATH", add.arguments.paths, "Repositories, or paths inside them")
-        ->required();
-
-    Command<RemoveArguments> remove(app, "remove", "Remove repositories from the configuration");
-    addPaths(remove.app(), "PATH", remove.arguments.paths, "Configured repositories")->required();
-
-    Command<ConfigArguments> config(app, "config", "Show where the files are and what is set");
-    config->add_flag("--json", config.arguments.json, "Print one JSON object");
+    Grammar grammar(app);  // the parser writes into it
     app.footer(std::string(overview));
 
     words = withPlainPaths(std::move(words));
@@ -181,12 +208,7 @@ std::variant<Arguments, int> parsedCommandLine(std::vector<std::string> words) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exitSuccess : exitUsage;
     }
-    if (watch.isChosen()) return watch.arguments;
-    if (discover.isChosen()) return discover.arguments;
-    if (add.isChosen()) return add.arguments;
-    if (remove.isChosen()) return remove.arguments;
-    if (config.isChosen()) return config.arguments;
-    return status.arguments;
+    return grammar.chosen();
 }
 
 }  // namespace tarnbeck::cli

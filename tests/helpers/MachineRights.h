@@ -18,6 +18,9 @@ class WithoutRootRights {
     WithoutRootRights& operator=(const WithoutRootRights&) = delete;
 };
 
+// For this process and for what it becomes, for good: even root then meets the modes of files.
+void giveUpRootRights();
+
 // Runs `action` on a thread that alone sees a disk of `bytes` at `folder`; the disk goes with the
 // thread. Absent when it ran; otherwise the reason why this machine can't do it.
 std::optional<std::string> runOnSmallDisk(const std::string& folder, std::size_t bytes,

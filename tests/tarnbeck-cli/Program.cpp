@@ -1,23 +1,17 @@
 #include "Program.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/ioctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#ifdef __APPLE__
-#include <util.h>
-#else
-#include <linux/capability.h>
-#include <pty.h>
-#include <sys/prctl.h>
-#endif
-
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "MachineRights.h"
 #include "Pipe.h"
 
 namespace tarnbeck::testing {
@@ -37,17 +31,17 @@ struct Terminal {
 };
 
 Terminal openTerminal(unsigned short columns) {
-    int ours = -1;
-    int theirs = -1;
+    FileDescriptor ours(posix_openpt(O_RDWR | O_NOCTTY));
+    if (!ours || grantpt(ours.get()) != 0 || unlockpt(ours.get()) != 0) {
+        throw std::runtime_error("no pseudo terminal");
+    }
+    FileDescriptor theirs(open(ptsname(ours.get()), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    fcntl(ours.get(), F_SETFD, FD_CLOEXEC);
     winsize size{};
     size.ws_row = 50;
     size.ws_col = columns;
-    if (openpty(&ours, &theirs, nullptr, nullptr, &size) != 0) {
-        throw std::runtime_error("no pseudo terminal");
-    }
-    fcntl(ours, F_SETFD, FD_CLOEXEC);
-    fcntl(theirs, F_SETFD, FD_CLOEXEC);
-    return {FileDescriptor(ours), FileDescriptor(theirs)};
+    ioctl(theirs.get(), TIOCSWINSZ, &size);
+    return {std::move(ours), std::move(theirs)};
 }
 
 // The ends that the program writes to; the other ends stay here.
@@ -87,14 +81,6 @@ Streams openStreams(const ProgramCall& call) {
     return streams;
 }
 
-// Even root then meets the permissions of files.
-void dropPrivileges() {
-#ifndef __APPLE__
-    prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
-    prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
-#endif
-}
-
 [[noreturn]] void becomeProgram(const ProgramCall& call, const Streams& streams) {
     setsid();
     if (streams.terminal) ioctl(streams.terminal.get(), TIOCSCTTY, 0);
@@ -104,7 +90,7 @@ void dropPrivileges() {
         close(STDIN_FILENO);
         close(STDOUT_FILENO);
     }
-    if (call.withoutPrivileges) dropPrivileges();
+    if (call.withoutPrivileges) giveUpRootRights();
     std::vector<std::string> environment = {"PATH=/usr/bin:/bin", "LC_ALL=C.UTF-8"};
     if (call.home) environment.push_back("HOME=" + *call.home);
     environment.insert(environment.end(), call.environment.begin(), call.environment.end());

@@ -9,6 +9,7 @@
 #include <linux/capability.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -46,6 +47,11 @@ WithoutRootRights::WithoutRootRights() {
 }
 WithoutRootRights::~WithoutRootRights() {
     setFileRights(true);
+}
+
+void giveUpRootRights() {
+    prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+    prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
 }
 
 std::optional<std::string> runOnSmallDisk(const std::string& folder, std::size_t bytes,

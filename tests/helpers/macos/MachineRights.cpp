@@ -6,6 +6,8 @@ namespace tarnbeck::testing {
 WithoutRootRights::WithoutRootRights() = default;
 WithoutRootRights::~WithoutRootRights() = default;
 
+void giveUpRootRights() {}
+
 std::optional<std::string> runOnSmallDisk(const std::string& /*folder*/, std::size_t /*bytes*/,
                                           const std::function<void()>& /*action*/) {
     return "no disk for one thread alone on this system";
