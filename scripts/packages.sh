@@ -49,6 +49,9 @@ install_homebrew_packages() {
     brew install --quiet "${missing[@]}" >&2
 }
 
+# Whose home can't be written, as in some containers, builds without a store of earlier results.
+[ -w "${HOME:-/}" ] || export CCACHE_DISABLE=1
+
 # `require_packages build` or `require_packages build test`
 require_packages() {
     local packages=() group list

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <memory>
 #include <stdexcept>
@@ -11,6 +12,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include "FileSystem.h"
 #include "OwnDescriptors.h"
 #include "PosixProcessLauncher.h"
 
@@ -182,9 +184,14 @@ auto launchWithFewDescriptors(ProcessLauncher& launcher, std::size_t few) {
     return launcher.launch({.executable = BAD_CHILD, .arguments = {"silent"}});
 }
 
+// The sanitizers, too, need descriptors for what they see for the first time.
+void showEverythingOnce(ProcessLauncher& launcher) {
+    launch(launcher, {"silent"});
+    systemErrorText(EMFILE);
+}
+
 TEST_F(PosixProcessLauncher_Launch, WithoutFreeDescriptorsFailsWithTheSystemsWords) {
-    // The sanitizers, too, need descriptors for what they see for the first time.
-    launch(launcher_, {"silent"});
+    showEverythingOnce(launcher_);
     EXPECT_TRUE(launchWithFewDescriptors(launcher_, enoughDescriptors));
     for (std::size_t few = 0; few < enoughDescriptors; ++few) {
         const auto child = launchWithFewDescriptors(launcher_, few);
@@ -194,7 +201,7 @@ TEST_F(PosixProcessLauncher_Launch, WithoutFreeDescriptorsFailsWithTheSystemsWor
 }
 
 TEST_F(PosixProcessLauncher_Launch, WithoutFreeDescriptorsLeavesNone) {
-    launch(launcher_, {"silent"});
+    showEverythingOnce(launcher_);
     const auto before = openDescriptors();
     for (std::size_t few = 0; few < enoughDescriptors; ++few)
         EXPECT_FALSE(launchWithFewDescriptors(launcher_, few));
