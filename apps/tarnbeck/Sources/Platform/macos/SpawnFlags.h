@@ -10,6 +10,6 @@ namespace tarnbeck {
 inline constexpr short systemSpawnFlags = POSIX_SPAWN_CLOEXEC_DEFAULT;
 
 // Done by the flag.
-inline void closeAllButStandard(posix_spawn_file_actions_t& /*actions*/) {}
+inline void keepAllButStandardFromChildren() {}
 
 }  // namespace tarnbeck

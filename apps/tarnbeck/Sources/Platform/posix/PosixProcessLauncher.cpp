@@ -47,7 +47,6 @@ class SpawnActions {
         posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_adddup2(&actions_, standardOutput, STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions_, standardError, STDERR_FILENO);
-        closeAllButStandard(actions_);
     }
     const posix_spawn_file_actions_t* get() const { return &actions_; }
 
@@ -233,6 +232,7 @@ Result<std::unique_ptr<ChildProcess>> PosixProcessLauncher::launch(const LaunchR
     output.writeEnd = aboveStandard(std::move(output.writeEnd));
     errors.writeEnd = aboveStandard(std::move(errors.writeEnd));
     if (!output.writeEnd || !errors.writeEnd) return Failure{systemErrorText(errno)};
+    keepAllButStandardFromChildren();
     SpawnActions actions;
     actions.prepare(request, output.writeEnd.get(), errors.writeEnd.get());
     pid_t child = -1;
