@@ -132,7 +132,7 @@ TEST_F(BothRunners_Child, IgnoresNoSignalWhateverIsIgnoredHere) {
 }
 
 TEST_F(BothRunners_Child, InheritsNoDescriptorEvenOneThatIsNotCloseOnExec) {
-    const FileDescriptor careless(open("/dev/null", O_RDONLY));  // NOLINT: the point of the test
+    const FileDescriptor careless(open("/dev/null", O_RDONLY));  // inheritable on purpose
     for (const std::string& text : bothDescriptions()) {
         EXPECT_THAT(text, HasSubstr("leads its session=1"));
         EXPECT_THAT(valuesOf("inherited descriptor", text), IsEmpty());
