@@ -27,6 +27,8 @@ class Companion {
     const ConfigurationPlace& place() const { return place_; }
     ScanLog& log() { return log_; }
     PosixMainLoop& loop() { return loop_; }
+    ProcessLauncher& launcher() { return launcher_; }
+    WorkQueues& queues() { return queues_; }
     RepositoryScanner::Services services();
 
     // Runs `begin` and then the main loop until it is stopped. A signal that asks the program to
