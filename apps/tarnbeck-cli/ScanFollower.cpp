@@ -15,8 +15,8 @@ ScanFollower::ScanFollower(Companion& companion)
     : companion_(companion), failures_(companion.log()) {}
 
 RepositoryScanner::Options ScanFollower::optionsFor(AppConfiguration configuration) {
-    auto options =
-        RepositoryScanner::ordinaryOptions(companion_.services(), std::move(configuration));
+    auto options = RepositoryScanner::ordinaryOptions(companion_.services(), companion_.place(),
+                                                      std::move(configuration));
     options.autoStart = false;
     options.scanRepositoryHandler = [this, scan = std::move(options.scanRepositoryHandler)](
                                         const std::string& path, ScanCompletion completion) {
