@@ -12,8 +12,8 @@
 namespace tarnbeck::cli {
 namespace {
 
-constexpr std::array<std::string_view, 6> commands = {"status", "watch",  "discover",
-                                                      "add",    "remove", "config"};
+constexpr std::array<std::string_view, 8> commands = {"status",   "watch", "issues", "sync",
+                                                      "discover", "add",   "remove", "config"};
 constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
 constexpr std::string_view overview =
@@ -143,16 +143,22 @@ class Grammar {
     explicit Grammar(CLI::App& app)
         : status_(app, "status", "Show the state of repositories"),
           watch_(app, "watch", "Show the configured repositories, stay, and print what changes"),
+          issues_(app, "issues", "Show open issues and pull requests on GitHub"),
+          sync_(app, "sync", "Bring a branch that is behind its upstream up to date"),
           discover_(app, "discover", "Find repositories below folders"),
           add_(app, "add", "Add repositories to the configuration"),
           remove_(app, "remove", "Remove repositories from the configuration"),
           config_(app, "config", "Show where the files are and what is set") {
         declareLooking();
+        declareGitHub();
+        declareChanging();
         declareConfiguring();
     }
 
     Arguments chosen() const {
         if (watch_.isChosen()) return watch_.arguments;
+        if (issues_.isChosen()) return issues_.arguments;
+        if (sync_.isChosen()) return sync_.arguments;
         if (discover_.isChosen()) return discover_.arguments;
         if (add_.isChosen()) return add_.arguments;
         if (remove_.isChosen()) return remove_.arguments;
@@ -172,6 +178,24 @@ class Grammar {
         addColor(watch_.app(), watch_.arguments.color);
     }
 
+    void declareGitHub() {
+        addPaths(issues_.app(), "PATH", issues_.arguments.paths,
+                 "Repositories, or folders to find them in; without, the configured ones");
+        issues_->add_flag("--json", issues_.arguments.json, "Print one JSON array");
+        issues_->add_flag("--refresh", issues_.arguments.refresh,
+                          "Ask GitHub even when the last answer is younger than 15 minutes");
+        addColor(issues_.app(), issues_.arguments.color);
+    }
+
+    void declareChanging() {
+        sync_->add_option("PATH", sync_.arguments.path, "A repository, or a path inside it")
+            ->required()
+            ->type_name("");
+        sync_->footer(
+            "Fetches, and moves the branch forward where that needs no merge. A repository with\n"
+            "uncommitted changes, a detached HEAD or a branch of its own is left alone.");
+    }
+
     void declareConfiguring() {
         addPaths(discover_.app(), "DIR", discover_.arguments.directories,
                  "Where to look; without, the configured folders");
@@ -185,6 +209,8 @@ class Grammar {
 
     Command<StatusArguments> status_;
     Command<WatchArguments> watch_;
+    Command<IssuesArguments> issues_;
+    Command<SyncArguments> sync_;
     Command<DiscoverArguments> discover_;
     Command<AddArguments> add_;
     Command<RemoveArguments> remove_;

@@ -20,6 +20,15 @@ struct WatchArguments {
     bool json = false;
     ColorChoice color = ColorChoice::automatic;
 };
+struct IssuesArguments {
+    std::vector<std::string> paths;  // empty: the configured repositories
+    bool json = false;
+    bool refresh = false;
+    ColorChoice color = ColorChoice::automatic;
+};
+struct SyncArguments {
+    std::string path;
+};
 struct DiscoverArguments {
     std::vector<std::string> directories;  // empty: the configured ones
     bool json = false;
@@ -34,8 +43,8 @@ struct ConfigArguments {
     bool json = false;
 };
 
-using Arguments = std::variant<StatusArguments, WatchArguments, DiscoverArguments, AddArguments,
-                               RemoveArguments, ConfigArguments>;
+using Arguments = std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments,
+                               DiscoverArguments, AddArguments, RemoveArguments, ConfigArguments>;
 
 // What is to be done, or the exit status of a call that is already answered (help, version, wrong
 // usage), whose answer has been printed.

@@ -11,7 +11,13 @@ Companion::Companion(std::string home)
     : home_(std::move(home)),
       place_{.home = home_, .report = complain},
       log_({.home = home_}, loop_, queues_),
-      git_({.home = home_}, launcher_, log_) {}
+      git_({.home = home_}, launcher_, log_),
+      gitHub_({.home = home_},
+              {.launcher = launcher_,
+               .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
+               .log = log_,
+               .clock = loop_,
+               .queues = queues_}) {}
 
 Companion::~Companion() {
     queues_.waitUntilIdle();
@@ -36,6 +42,7 @@ void Companion::runLoop(const Task& begin) {
 
 void Companion::endBySignal(int signal) {
     launcher_.endAllSessions();
+    gitHub_.drain();
     log_.drain();
     std::signal(signal, SIG_DFL);
     std::raise(signal);

@@ -6,6 +6,7 @@
 
 #include "AppConfiguration.h"
 #include "GitCommand.h"
+#include "GitHubScanner.h"
 #include "NameCollator.h"
 #include "PosixMainLoop.h"
 #include "PosixProcessLauncher.h"
@@ -27,6 +28,7 @@ class Companion {
     const ConfigurationPlace& place() const { return place_; }
     ScanLog& log() { return log_; }
     PosixMainLoop& loop() { return loop_; }
+    GitHubScanner& gitHub() { return gitHub_; }
     RepositoryScanner::Services services();
 
     // Runs `begin` and then the main loop until it is stopped. A signal that asks the program to
@@ -43,6 +45,7 @@ class Companion {
     ThreadedWorkQueues queues_;
     ScanLog log_;
     GitCommand git_;
+    GitHubScanner gitHub_;
     NameCollator collator_;
 };
 

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "GitHubScanner.h"
 #include "Paths.h"
 #include "RepositoryDiscovery.h"
 
@@ -18,6 +19,17 @@ constexpr std::int64_t longestIntervalMinutes = std::int64_t{100} * 365 * 24 * 6
 
 const std::string& pathOf(const RepositorySnapshot& repository) {
     return repository->path;
+}
+
+std::optional<GitHubRepositoryData> knownData(const GitHubScanner& gitHub,
+                                              const std::string& path) {
+    auto issues = gitHub.lastKnownIssues(path);
+    auto pullRequests = gitHub.lastKnownPullRequests(path);
+    if (!issues && !pullRequests) return std::nullopt;
+    GitHubRepositoryData data;
+    if (issues) data.issues = *std::move(issues);
+    if (pullRequests) data.pullRequests = *std::move(pullRequests);
+    return data;
 }
 
 }  // namespace
@@ -49,6 +61,7 @@ RepositoryScanner::~RepositoryScanner() {
 }
 
 RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& services,
+                                                              GitHubScanner& gitHub,
                                                               const ConfigurationPlace& place,
                                                               AppConfiguration configuration) {
     const StaticScan tools{.loop = services.loop,
@@ -64,6 +77,18 @@ RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& se
             [tools](const std::string& path, const ScanCompletion& completion) {
                 scanRepositoryImpl(tools, {.at = path, .retryCount = 0}, completion);
             },
+        .issueScanHandler =
+            [&gitHub](const std::string& path, GitHubIssueRefreshPolicy policy) {
+                return gitHub.scan({.at = path, .policy = policy});
+            },
+        .knownGitHubData = {.lastKnownIssueFetchDate =
+                                [&gitHub](const std::string& path) {
+                                    return gitHub.lastKnownIssueFetchDate(path);
+                                },
+                            .lastKnownData =
+                                [&gitHub](const std::string& path) {
+                                    return knownData(gitHub, path);
+                                }},
         .saveConfiguration =
             [savingQueue, place](const AppConfiguration& changed) {
                 savingQueue->post([place, changed] { changed.save(place); });

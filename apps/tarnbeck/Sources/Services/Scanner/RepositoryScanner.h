@@ -40,6 +40,8 @@
 
 namespace tarnbeck {
 
+class GitHubScanner;
+
 class RepositoryScanner {
   public:
     // What observers are told of; see `State`.
@@ -122,8 +124,8 @@ class RepositoryScanner {
 
     // What the running program makes its scanner of: real scans, started at once. `configuration`
     // is that of `loadInitialConfiguration`.
-    static Options ordinaryOptions(const Services& services, const ConfigurationPlace& place,
-                                   AppConfiguration configuration);
+    static Options ordinaryOptions(const Services& services, GitHubScanner& gitHub,
+                                   const ConfigurationPlace& place, AppConfiguration configuration);
 
     // The first refresh, the watcher, and the timers. Done by the constructor with `autoStart`.
     void start();
