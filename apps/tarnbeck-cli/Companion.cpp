@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "Output.h"
+#include "SystemFileEvents.h"
 
 namespace tarnbeck::cli {
 
@@ -17,7 +18,8 @@ Companion::Companion(std::string home)
                .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
                .log = log_,
                .clock = loop_,
-               .queues = queues_}) {}
+               .queues = queues_}),
+      fileEvents_(makeFileEvents()) {}
 
 Companion::~Companion() {
     queues_.waitUntilIdle();
@@ -29,7 +31,8 @@ RepositoryScanner::Services Companion::services() {
             .log = log_,
             .collator = collator_,
             .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
-            .home = home_};
+            .home = home_,
+            .fileEvents = fileEvents_.get()};
 }
 
 void Companion::runLoop(const Task& begin) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "AppConfiguration.h"
+#include "FileEvents.h"
 #include "GitCommand.h"
 #include "GitHubScanner.h"
 #include "NameCollator.h"
@@ -46,6 +48,7 @@ class Companion {
     ScanLog log_;
     GitCommand git_;
     GitHubScanner gitHub_;
+    std::unique_ptr<FileEvents> fileEvents_;
     NameCollator collator_;
 };
 
