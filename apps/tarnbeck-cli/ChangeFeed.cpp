@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "Dates.h"
+#include "IssueReport.h"
 #include "RepositoryJson.h"
 #include "Text.h"
 
@@ -40,6 +41,17 @@ std::string clockTime(Date at) {
     return fmt::format("{:02}:{:02}:{:02}", local.tm_hour, local.tm_min, local.tm_sec);
 }
 
+bool haveEqualIssues(const GitRepository& left, const GitRepository& right) {
+    return left.issues == right.issues && left.pullRequests == right.pullRequests;
+}
+
+bool equalButForIssues(const GitRepository& left, const GitRepository& right) {
+    GitRepository other = right;
+    other.issues = left.issues;
+    other.pullRequests = left.pullRequests;
+    return left == other;
+}
+
 }  // namespace
 
 RepositoryChanges changesBetween(const Snapshots& before, const Snapshots& after) {
@@ -47,9 +59,13 @@ RepositoryChanges changesBetween(const Snapshots& before, const Snapshots& after
     const auto old = byPath(before);
     for (const auto& repository : after) {
         const auto known = old.find(repository->path);
-        const bool same = known != old.end() &&
-                          (known->second == repository.get() || *known->second == *repository);
-        if (!same) changes.changed.push_back(repository);
+        if (known == old.end()) {
+            changes.changed.push_back(repository);
+        } else if (known->second != repository.get()) {
+            if (!equalButForIssues(*known->second, *repository))
+                changes.changed.push_back(repository);
+            if (!haveEqualIssues(*known->second, *repository)) changes.issues.push_back(repository);
+        }
     }
     const auto present = byPath(after);
     std::ranges::copy_if(before, std::back_inserter(changes.removed), [&](const auto& repository) {
@@ -77,6 +93,19 @@ std::string ChangeFeed::repository(Date at, const GitRepository& repository) con
     }
     JsonObject object = event("repository", at);
     object["repository"] = repositoryJson(repository);
+    return line(object);
+}
+
+std::string ChangeFeed::issues(Date at, const GitRepository& repository) const {
+    if (form_ == Form::forPeople) {
+        return fmt::format("{} # {}  {}\n", clockTime(at), printable(repository.name),
+                           issueCounts(repository.issues.size(), repository.pullRequests.size()));
+    }
+    JsonObject object = event("issues", at);
+    object["path"] = repository.path;
+    object["name"] = repository.name;
+    object["issues"] = encodedJson(repository.issues, outputStyle);
+    object["pullRequests"] = encodedJson(repository.pullRequests, outputStyle);
     return line(object);
 }
 

@@ -11,7 +11,8 @@
 namespace tarnbeck::cli {
 
 struct RepositoryChanges {
-    std::vector<RepositorySnapshot> changed;  // new ones and those with another value
+    std::vector<RepositorySnapshot> changed;  // new ones, and those that git tells otherwise of
+    std::vector<RepositorySnapshot> issues;   // those with other issues or pull requests
     std::vector<RepositorySnapshot> removed;
 };
 
@@ -29,6 +30,7 @@ class ChangeFeed {
     std::string scanStarted(Date at) const;
     std::string scanFinished(Date at, const std::vector<RepositorySnapshot>& repositories) const;
     std::string repository(Date at, const GitRepository& repository) const;
+    std::string issues(Date at, const GitRepository& repository) const;
     std::string removed(Date at, const GitRepository& repository) const;
 
   private:

@@ -15,8 +15,8 @@
 namespace tarnbeck::cli {
 namespace {
 
-constexpr std::array<std::string_view, 8> commands = {"status", "watch",  "discover", "add",
-                                                      "remove", "config", "discard",  "log"};
+constexpr auto commands = std::to_array<std::string_view>(
+    {"status", "watch", "issues", "sync", "discover", "add", "remove", "config", "discard", "log"});
 constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
 constexpr std::string_view overview =
@@ -34,6 +34,10 @@ constexpr std::string_view legend =
     "  ✓ clean                                    green\n"
     "Something else: branches besides main and master, worktrees, stashes, or git's\n"
     "configuration.";
+
+constexpr std::string_view whatDiscardingDoes =
+    "A file that the last commit does not have is deleted. Any other gets back the content\n"
+    "that it has there, and what was staged of it goes too. This can't be undone.";
 
 template <std::size_t count>
 bool isOneOf(const std::array<std::string_view, count>& words, std::string_view word) {
@@ -180,6 +184,8 @@ class Grammar {
     explicit Grammar(CLI::App& app)
         : status_(app, "status", "Show the state of repositories"),
           watch_(app, "watch", "Show the configured repositories, stay, and print what changes"),
+          issues_(app, "issues", "Show open issues and pull requests on GitHub"),
+          sync_(app, "sync", "Bring a branch that is behind its upstream up to date"),
           discover_(app, "discover", "Find repositories below folders"),
           add_(app, "add", "Add repositories to the configuration"),
           remove_(app, "remove", "Remove repositories from the configuration"),
@@ -187,6 +193,8 @@ class Grammar {
           discard_(app, "discard", "Drop the uncommitted changes of one file"),
           log_(app, "log", "Print the scan log") {
         declareLooking();
+        declareGitHub();
+        declareChanging();
         declareConfiguring();
         declareDiscarding();
         declareInvestigating();
@@ -194,6 +202,8 @@ class Grammar {
 
     Arguments chosen() const {
         if (watch_.isChosen()) return watch_.arguments;
+        if (issues_.isChosen()) return issues_.arguments;
+        if (sync_.isChosen()) return sync_.arguments;
         if (discover_.isChosen()) return discover_.arguments;
         if (add_.isChosen()) return add_.arguments;
         if (remove_.isChosen()) return remove_.arguments;
@@ -215,6 +225,24 @@ class Grammar {
         addColor(watch_.app(), watch_.arguments.color);
     }
 
+    void declareGitHub() {
+        addPaths(issues_.app(), "PATH", issues_.arguments.paths,
+                 "Repositories, or folders to find them in; without, the configured ones");
+        issues_->add_flag("--json", issues_.arguments.json, "Print one JSON array");
+        issues_->add_flag("--refresh", issues_.arguments.refresh,
+                          "Ask GitHub even when the last answer is younger than 15 minutes");
+        addColor(issues_.app(), issues_.arguments.color);
+    }
+
+    void declareChanging() {
+        sync_->add_option("PATH", sync_.arguments.path, "A repository, or a path inside it")
+            ->required()
+            ->type_name("");
+        sync_->footer(
+            "Fetches, and moves the branch forward where that needs no merge. A repository with\n"
+            "uncommitted changes, a detached HEAD or a branch of its own is left alone.");
+    }
+
     void declareConfiguring() {
         addPaths(discover_.app(), "DIR", discover_.arguments.directories,
                  "Where to look; without, the configured folders");
@@ -232,10 +260,7 @@ class Grammar {
         addPath(discard_.app(), "FILE", discard_.arguments.file,
                 "The file, as git prints it or as a path");
         discard_->add_flag("-y,--yes", discard_.arguments.yes, "Do not ask");
-        discard_->footer(
-            "A file that the last commit does not have is deleted. Any other gets back the "
-            "content\n"
-            "that it has there, and what was staged of it goes too. This can't be undone.");
+        discard_->footer(std::string(whatDiscardingDoes));
     }
 
     void declareInvestigating() {
@@ -246,6 +271,8 @@ class Grammar {
 
     Command<StatusArguments> status_;
     Command<WatchArguments> watch_;
+    Command<IssuesArguments> issues_;
+    Command<SyncArguments> sync_;
     Command<DiscoverArguments> discover_;
     Command<AddArguments> add_;
     Command<RemoveArguments> remove_;

@@ -21,6 +21,15 @@ struct WatchArguments {
     bool json = false;
     ColorChoice color = ColorChoice::automatic;
 };
+struct IssuesArguments {
+    std::vector<std::string> paths;  // empty: the configured repositories
+    bool json = false;
+    bool refresh = false;
+    ColorChoice color = ColorChoice::automatic;
+};
+struct SyncArguments {
+    std::string path;
+};
 struct DiscoverArguments {
     std::vector<std::string> directories;  // empty: the configured ones
     bool json = false;
@@ -44,8 +53,9 @@ struct LogArguments {
     std::optional<std::size_t> lines;  // absent: all, and the usual number when it follows
 };
 
-using Arguments = std::variant<StatusArguments, WatchArguments, DiscoverArguments, AddArguments,
-                               RemoveArguments, ConfigArguments, DiscardArguments, LogArguments>;
+using Arguments =
+    std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments, DiscoverArguments,
+                 AddArguments, RemoveArguments, ConfigArguments, DiscardArguments, LogArguments>;
 
 // What is to be done, or the exit status of a call that is already answered (help, version, wrong
 // usage), whose answer has been printed.

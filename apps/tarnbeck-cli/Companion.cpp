@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "Output.h"
+#include "SystemFileEvents.h"
 
 namespace tarnbeck::cli {
 
@@ -11,7 +12,14 @@ Companion::Companion(std::string home)
     : home_(std::move(home)),
       place_{.home = home_, .report = complain},
       log_({.home = home_}, loop_, queues_),
-      git_({.home = home_}, launcher_, log_) {}
+      git_({.home = home_}, launcher_, log_),
+      gitHub_({.home = home_},
+              {.launcher = launcher_,
+               .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
+               .log = log_,
+               .clock = loop_,
+               .queues = queues_}),
+      fileEvents_(makeFileEvents()) {}
 
 Companion::~Companion() {
     queues_.waitUntilIdle();
@@ -23,7 +31,8 @@ RepositoryScanner::Services Companion::services() {
             .log = log_,
             .collator = collator_,
             .git = [this](const GitInvocation& invocation) { return git_.run(invocation); },
-            .home = home_};
+            .home = home_,
+            .fileEvents = fileEvents_.get()};
 }
 
 void Companion::runLoop(const Task& begin) {
@@ -36,6 +45,7 @@ void Companion::runLoop(const Task& begin) {
 
 void Companion::endBySignal(int signal) {
     launcher_.endAllSessions();
+    gitHub_.drain();
     log_.drain();
     std::signal(signal, SIG_DFL);
     std::raise(signal);

@@ -2,10 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "AppConfiguration.h"
+#include "FileEvents.h"
 #include "GitCommand.h"
+#include "GitHubScanner.h"
 #include "NameCollator.h"
 #include "PosixMainLoop.h"
 #include "PosixProcessLauncher.h"
@@ -29,6 +32,7 @@ class Companion {
     PosixMainLoop& loop() { return loop_; }
     ProcessLauncher& launcher() { return launcher_; }
     WorkQueues& queues() { return queues_; }
+    GitHubScanner& gitHub() { return gitHub_; }
     RepositoryScanner::Services services();
 
     // Runs `begin` and then the main loop until it is stopped. A signal that asks the program to
@@ -45,6 +49,8 @@ class Companion {
     ThreadedWorkQueues queues_;
     ScanLog log_;
     GitCommand git_;
+    GitHubScanner gitHub_;
+    std::unique_ptr<FileEvents> fileEvents_;
     NameCollator collator_;
 };
 

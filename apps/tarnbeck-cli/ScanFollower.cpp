@@ -15,8 +15,8 @@ ScanFollower::ScanFollower(Companion& companion)
     : companion_(companion), failures_(companion.log()) {}
 
 RepositoryScanner::Options ScanFollower::optionsFor(AppConfiguration configuration) {
-    auto options =
-        RepositoryScanner::ordinaryOptions(companion_.services(), std::move(configuration));
+    auto options = RepositoryScanner::ordinaryOptions(companion_.services(), companion_.gitHub(),
+                                                      companion_.place(), std::move(configuration));
     options.autoStart = false;
     options.scanRepositoryHandler = [this, scan = std::move(options.scanRepositoryHandler)](
                                         const std::string& path, ScanCompletion completion) {
@@ -34,7 +34,13 @@ void ScanFollower::scanBegins(std::size_t total) {
 }
 
 void ScanFollower::repositoryBegins(const std::string& path) {
+    if (total_ == 0) return;  // one that is scanned by itself
     progress_.show(fmt::format("Scanning {}/{} {}", ++begun_, total_, lastPathComponent(path)));
+}
+
+void ScanFollower::scanEnded() {
+    total_ = 0;
+    progress_.clear();
 }
 
 std::vector<SelectionProblem> ScanFollower::problems(const RepositoryScanner& scanner) const {

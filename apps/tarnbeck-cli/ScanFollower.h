@@ -24,7 +24,7 @@ class ScanFollower {
 
     // A walk through `total` repositories begins.
     void scanBegins(std::size_t total);
-    void scanEnded() { progress_.clear(); }
+    void scanEnded();
 
     // What the last walk left out, in configured order, and behind it what was scanned but could
     // not be fetched.

@@ -91,6 +91,7 @@ class Watch {
         const Date now = companion_.loop().wallNow();
         std::string lines;
         for (const auto& repository : changes.changed) lines += feed_.repository(now, *repository);
+        for (const auto& repository : changes.issues) lines += feed_.issues(now, *repository);
         for (const auto& repository : changes.removed) lines += feed_.removed(now, *repository);
         print(lines);
     }

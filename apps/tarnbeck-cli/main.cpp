@@ -23,6 +23,8 @@ int main(int argc, char** argv) {
         Overloaded{
             [&](const StatusArguments& arguments) { return runStatus(companion, arguments); },
             [&](const WatchArguments& arguments) { return runWatch(companion, arguments); },
+            [&](const IssuesArguments& arguments) { return runIssues(companion, arguments); },
+            [&](const SyncArguments& arguments) { return runSync(companion, arguments); },
             [&](const DiscoverArguments& arguments) { return runDiscover(companion, arguments); },
             [&](const AddArguments& arguments) { return runAdd(companion, arguments); },
             [&](const RemoveArguments& arguments) { return runRemove(companion, arguments); },

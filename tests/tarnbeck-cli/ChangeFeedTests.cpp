@@ -74,6 +74,45 @@ TEST(ChangeFeed_Changes, AnotherOrderIsNoChange) {
     EXPECT_TRUE(changes.removed.empty());
 }
 
+GitRepository withIssue(GitRepository repository) {
+    repository.issues = {{.id = 7, .number = 7, .title = "Rain", .url = "u"}};
+    return repository;
+}
+
+TEST(ChangeFeed_Changes, OtherIssuesAreToldApartFromOtherChanges) {
+    const auto after = snapshot(withIssue(cleanRepository("/r/a")));
+    const auto changes = changesBetween({snapshot(cleanRepository("/r/a"))}, {after});
+    EXPECT_THAT(changes.issues, ::testing::ElementsAre(after));
+    EXPECT_TRUE(changes.changed.empty());
+}
+
+TEST(ChangeFeed_Changes, RepositoryMayHaveBothKinds) {
+    const auto after = snapshot(withChanges(withIssue(cleanRepository("/r/a")), 1));
+    const auto changes = changesBetween({snapshot(cleanRepository("/r/a"))}, {after});
+    EXPECT_THAT(changes.issues, ::testing::ElementsAre(after));
+    EXPECT_THAT(changes.changed, ::testing::ElementsAre(after));
+}
+
+TEST(ChangeFeed_Changes, NewRepositoryIsToldOnceWithItsIssues) {
+    const auto added = snapshot(withIssue(cleanRepository("/r/a")));
+    const auto changes = changesBetween({}, {added});
+    EXPECT_THAT(changes.changed, ::testing::ElementsAre(added));
+    EXPECT_TRUE(changes.issues.empty());
+}
+
+TEST(ChangeFeed_Json, IssuesHaveTheWholeLists) {
+    EXPECT_EQ(json.issues(noon, withIssue(cleanRepository("/r/a"))),
+              R"({"event":"issues","at":"2026-03-01T12:00:00Z","path":"/r/a","name":"a",)"
+              R"("issues":[{"id":7,"number":7,"title":"Rain","state":"OPEN","labels":[],)"
+              R"("author":"","createdAt":"","updatedAt":null,"url":"u"}],"pullRequests":[]})"
+              "\n");
+}
+
+TEST(ChangeFeed_People, IssuesAreCounted) {
+    const TimeZone zone("UTC0");
+    EXPECT_EQ(people.issues(noon, withIssue(cleanRepository("/r/a"))), "12:00:00 # a  1 issue\n");
+}
+
 TEST(ChangeFeed_Json, ScanStartedHasEventAndTime) {
     EXPECT_EQ(json.scanStarted(noon),
               "{\"event\":\"scanStarted\",\"at\":\"2026-03-01T12:00:00Z\"}\n");

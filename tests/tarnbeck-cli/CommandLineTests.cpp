@@ -53,6 +53,26 @@ TEST(CommandLine_Default, CommandNamesArePathsBehindStatus) {
               Words({"config", "status", "help"}));
 }
 
+TEST(CommandLine_Issues, FlagsAreOffUnlessNamed) {
+    const auto arguments = parsed<IssuesArguments>({"issues", "/x"});
+    EXPECT_EQ(arguments.paths, Words({"/x"}));
+    EXPECT_FALSE(arguments.json);
+    EXPECT_FALSE(arguments.refresh);
+}
+
+TEST(CommandLine_Issues, FlagsAreReadWithOrWithoutPaths) {
+    const auto arguments = parsed<IssuesArguments>({"issues", "--json", "--refresh"});
+    EXPECT_TRUE(arguments.json);
+    EXPECT_TRUE(arguments.refresh);
+    EXPECT_TRUE(arguments.paths.empty());
+}
+
+TEST(CommandLine_Sync, TakesOnePath) {
+    EXPECT_EQ(parsed<SyncArguments>({"sync", "/x"}).path, "/x");
+    EXPECT_EQ(answerTo({"sync", "/x", "/y"}).status, 2);
+    EXPECT_EQ(answerTo({"sync"}).status, 2);
+}
+
 TEST(CommandLine_Status, FlagsAreOffUnlessNamed) {
     const auto arguments = parsed<StatusArguments>({"status"});
     EXPECT_FALSE(arguments.json);

@@ -1,7 +1,11 @@
 #include "GitHubScanner.h"
 
-namespace tarnbeck::GitHubScanner {
+namespace tarnbeck {
 namespace {
+
+std::optional<std::string> parseOwnerRepo(std::string_view url) {
+    return GitHubScanner::parseOwnerRepo(url);
+}
 
 TEST(ParseOwnerRepo, ReadsTheHttpsForm) {
     EXPECT_EQ(parseOwnerRepo("https://github.com/owner/repo.git"), "owner/repo");
@@ -76,4 +80,4 @@ TEST(ParseOwnerRepo, FurtherPiecesAreIgnored) {
 }
 
 }  // namespace
-}  // namespace tarnbeck::GitHubScanner
+}  // namespace tarnbeck

@@ -1,58 +1,19 @@
 // What both runners send to a child that takes too long, and when.
 #include <chrono>
-#include <memory>
-#include <optional>
 
 #include "DependencyCommandRunner.h"
 #include "GitCommand.h"
 #include "ObservedLog.h"
+#include "StubbornLauncher.h"
 
 namespace tarnbeck {
 namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
-
-// What was sent to a child, and when.
-struct Sent {
-    std::optional<steady_clock::time_point> terminate;
-    std::optional<steady_clock::time_point> kill;
-};
-
-enum class EndsBy { sigterm, sigkill, itself };
-
-class StubbornChild : public ChildProcess {
-  public:
-    StubbornChild(EndsBy endsBy, Sent& sent) : endsBy_(endsBy), sent_(sent) {}
-    pid_t processIdentifier() const override { return 0; }
-    FileDescriptor takeStandardOutput() override { return {}; }
-    FileDescriptor takeStandardError() override { return {}; }
-    int exitDescriptor() override { return -1; }
-    bool isRunning() override {
-        if (endsBy_ == EndsBy::itself) return false;
-        return endsBy_ == EndsBy::sigterm ? !sent_.terminate : !sent_.kill;
-    }
-    int terminationStatus() const override { return 0; }
-    void terminate() override { sent_.terminate = steady_clock::now(); }
-    void kill() override { sent_.kill = steady_clock::now(); }
-
-  private:
-    const EndsBy endsBy_;
-    Sent& sent_;
-};
-
-class StubbornLauncher : public ProcessLauncher {
-  public:
-    StubbornLauncher(EndsBy endsBy, Sent& sent) : endsBy_(endsBy), sent_(sent) {}
-    Result<std::unique_ptr<ChildProcess>> launch(const LaunchRequest& /*request*/) override {
-        return std::unique_ptr<ChildProcess>(std::make_unique<StubbornChild>(endsBy_, sent_));
-    }
-    void endAllSessions() override {}
-
-  private:
-    const EndsBy endsBy_;
-    Sent& sent_;
-};
+using testing::EndsBy;
+using testing::Sent;
+using testing::StubbornLauncher;
 
 constexpr auto timeout = 20ms;
 

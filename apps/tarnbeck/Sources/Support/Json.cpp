@@ -1,17 +1,15 @@
 #include "Json.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <boost/json/array.hpp>
 #include <boost/json/object.hpp>
-#include <boost/json/serialize.hpp>
 #include <boost/json/string.hpp>
 
-#include "Text.h"
+#include "JsonText.h"
 
 namespace tarnbeck {
 namespace {
@@ -29,16 +27,16 @@ class Writer {
                 text_ += value.get_bool() ? "true" : "false";
                 return;
             case boost::json::kind::int64:
-                writeNumber(value.get_int64());
+                JsonText::appendNumber(text_, value.get_int64());
                 return;
             case boost::json::kind::uint64:
-                writeNumber(value.get_uint64());
+                JsonText::appendNumber(text_, value.get_uint64());
                 return;
             case boost::json::kind::double_:
-                writeDouble(value.get_double());
+                JsonText::appendNumber(text_, value.get_double());
                 return;
             case boost::json::kind::string:
-                writeString(value.get_string());
+                JsonText::appendText(text_, value.get_string());
                 return;
             case boost::json::kind::array:
                 writeArray(value.get_array());
@@ -52,32 +50,6 @@ class Writer {
     std::string take() { return std::move(text_); }
 
   private:
-    template <class Number>
-    void writeNumber(Number number) {
-        std::array<char, 32> digits{};
-        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        text_.append(digits.data(), end);
-    }
-
-    // JSON has no word for what is not a number.
-    void writeDouble(double number) {
-        if (std::isfinite(number)) {
-            writeNumber(number);
-        } else {
-            text_ += "null";
-        }
-    }
-
-    void writeString(std::string_view string) {
-        text_ += boost::json::serialize(
-            boost::json::string_view(isValidUtf8(string) ? string : replacement(string)));
-    }
-
-    std::string_view replacement(std::string_view string) {
-        replaced_ = replacingInvalidUtf8(string);
-        return replaced_;
-    }
-
     void breakLine() {
         if (!pretty_) return;
         text_ += '\n';
@@ -114,7 +86,7 @@ class Writer {
             });
         }
         writeContainer('{', '}', members, [this](const auto* member) {
-            writeString(member->key());
+            JsonText::appendText(text_, member->key());
             text_ += pretty_ ? ": " : ":";
             write(member->value());
         });
@@ -123,7 +95,6 @@ class Writer {
     bool pretty_;
     std::size_t depth_ = 0;
     std::string text_;
-    std::string replaced_;
 };
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include <boost/json/array.hpp>
+#include <boost/json/monotonic_resource.hpp>
 #include <boost/json/object.hpp>
 
 #include "Dates.h"
@@ -84,7 +85,7 @@ void decodeJson(const JsonValue& json, Type& value);
 
 namespace JsonDecoding {
 
-inline std::int64_t integer(const JsonValue& json) {
+inline std::optional<std::int64_t> ifInteger(const JsonValue& json) {
     if (const auto* number = json.if_int64()) return *number;
     if (const auto* number = json.if_double()) {
         constexpr double limit = 9223372036854775808.0;
@@ -92,6 +93,11 @@ inline std::int64_t integer(const JsonValue& json) {
             return static_cast<std::int64_t>(*number);
         }
     }
+    return std::nullopt;
+}
+
+inline std::int64_t integer(const JsonValue& json) {
+    if (const auto number = ifInteger(json)) return *number;
     throw JsonDecodingError("expected an integer");
 }
 
@@ -185,7 +191,8 @@ void decodeJson(const JsonValue& json, Type& value) {
 // The record that the bytes hold, or why they hold none.
 template <class Type>
 Result<Type> decodedJson(std::string_view bytes) {
-    const Result<JsonValue> json = parsedJson(bytes);
+    boost::json::monotonic_resource storage;
+    const Result<JsonValue> json = parsedJson(bytes, &storage);
     if (!json) return Failure{json.error()};
     try {
         Type value{};

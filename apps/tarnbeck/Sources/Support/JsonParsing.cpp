@@ -2,6 +2,7 @@
 #include <cmath>
 #include <locale>
 #include <sstream>
+#include <utility>
 
 #include <boost/json/basic_parser_impl.hpp>
 #include <boost/json/value_stack.hpp>
@@ -90,13 +91,13 @@ struct Builder {
 
 }  // namespace
 
-Result<JsonValue> parsedJson(std::string_view bytes) {
+Result<JsonValue> parsedJson(std::string_view bytes, boost::json::storage_ptr storage) {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (bytes.starts_with(byteOrderMark)) bytes.remove_prefix(byteOrderMark.size());
     boost::json::parse_options options;
     options.max_depth = deepestNesting;
     boost::json::basic_parser<Builder> parser(options);
-    parser.handler().stack.reset();
+    parser.handler().stack.reset(std::move(storage));
     error_code error;
     const std::size_t read = parser.write_some(false, bytes.data(), bytes.size(), error);
     if (!error && read < bytes.size()) error = boost::json::error::extra_data;

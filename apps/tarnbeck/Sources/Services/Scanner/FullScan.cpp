@@ -13,7 +13,17 @@ FullScan::FullScan(Tools tools, Input input, std::function<void(Result)> finishe
     : tools_(std::move(tools)), input_(std::move(input)), finished_(std::move(finished)) {}
 
 void FullScan::start() {
-    tools_.queues.userInitiated([self = shared_from_this()] { self->scanOn(); });
+    tools_.queues.userInitiated([self = shared_from_this()] {
+        self->gatherFetchDates();
+        self->scanOn();
+    });
+}
+
+// Here and not on the main thread, since the first question of all reads a file.
+void FullScan::gatherFetchDates() {
+    for (const std::string& path : input_.configuredPaths) {
+        if (const auto date = tools_.lastKnownIssueFetchDate(path)) fetchDates_[path] = *date;
+    }
 }
 
 void FullScan::scanOn() {
@@ -63,6 +73,7 @@ void FullScan::finish() {
             .consecutiveScanFailuresByPath = result.consecutiveScanFailuresByPath,
         },
         tools_.collator, tools_.log);
+    result.fetchDates = std::move(fetchDates_);
     finished_(std::move(result));
 }
 

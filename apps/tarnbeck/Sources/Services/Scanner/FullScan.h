@@ -6,8 +6,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
+#include "Clock.h"
 #include "GitCommand.h"
 #include "GitRepository.h"
 #include "RepositoryRefreshSupport.h"
@@ -23,6 +25,10 @@ using ScanCompletion = std::function<void(std::optional<GitRepository>)>;
 // main thread.
 using ScanRepositoryHandler = std::function<void(const std::string& path, ScanCompletion)>;
 
+// When the path's issues and pull requests were last fetched, as far as it is known. Any thread.
+using KnownFetchDate = std::function<std::optional<WallTime>(const std::string& path)>;
+using FetchDates = std::unordered_map<std::string, WallTime>;  // by path
+
 class FullScan : public std::enable_shared_from_this<FullScan> {
   public:
     struct Input {
@@ -35,6 +41,7 @@ class FullScan : public std::enable_shared_from_this<FullScan> {
     struct Result {
         std::vector<RepositorySnapshot> merged;
         FailureCounts consecutiveScanFailuresByPath;
+        FetchDates fetchDates;  // as they were at the beginning
     };
     struct Tools {
         WorkQueues& queues;
@@ -42,6 +49,7 @@ class FullScan : public std::enable_shared_from_this<FullScan> {
         const NameCollator& collator;
         GitRunner git;
         ScanRepositoryHandler scanRepositoryHandler;
+        KnownFetchDate lastKnownIssueFetchDate;
     };
 
     FullScan(Tools tools, Input input, std::function<void(Result)> finished);
@@ -52,6 +60,7 @@ class FullScan : public std::enable_shared_from_this<FullScan> {
     void cancel() { cancelled_ = true; }
 
   private:
+    void gatherFetchDates();
     void scanOn();
     void fetch(const std::string& path);
     void keep(std::optional<GitRepository> repository);
@@ -60,6 +69,7 @@ class FullScan : public std::enable_shared_from_this<FullScan> {
     Tools tools_;
     Input input_;
     std::function<void(Result)> finished_;
+    FetchDates fetchDates_;
     std::vector<RepositorySnapshot> scanned_;
     std::size_t next_ = 0;
     // Set by the first of two that meet after each scan: the handler's return and its completion.

@@ -27,6 +27,14 @@ RepositoryRefreshRequest RepositoryRefreshRequest::periodic() {
     return {.trigger = RepositoryRefreshTrigger::periodic, .refreshDependencies = true};
 }
 
+RepositoryRefreshRequest RepositoryRefreshRequest::byHand() {
+    return {.trigger = RepositoryRefreshTrigger::manual,
+            .refreshDependencies = true,
+            .refreshIssues = true,
+            .forceIssueRefresh = true,
+            .refreshRemotes = true};
+}
+
 RepositoryRefreshRequest RepositoryRefreshRequest::mergedWith(
     const RepositoryRefreshRequest& newer) const {
     return {

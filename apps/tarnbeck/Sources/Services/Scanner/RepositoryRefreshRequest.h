@@ -32,9 +32,11 @@ struct RepositoryRefreshRequest {
 
     bool operator==(const RepositoryRefreshRequest&) const = default;
 
-    // The requests that have a name: the scanner's start, and the timer's.
+    // The requests that have a name: the scanner's start, the timer's, and that of a person who
+    // wants everything fresh.
     static RepositoryRefreshRequest atStart();
     static RepositoryRefreshRequest periodic();
+    static RepositoryRefreshRequest byHand();
 
     // All that either asks for; the trigger of higher rank, of equals this one's.
     RepositoryRefreshRequest mergedWith(const RepositoryRefreshRequest& newer) const;

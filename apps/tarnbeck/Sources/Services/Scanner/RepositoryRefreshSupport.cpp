@@ -56,6 +56,12 @@ bool isWithoutVerdict(const DependencySummary& summary) {
     return status == DependencyHealth::notApplicable || status == DependencyHealth::checking;
 }
 
+void carryOverVerdict(GitRepository& fresh, const GitRepository& present) {
+    if (isWithoutVerdict(fresh.dependencySummary) && !isWithoutVerdict(present.dependencySummary)) {
+        fresh.dependencySummary = present.dependencySummary;
+    }
+}
+
 }  // namespace
 
 FailureCounts updatedConsecutiveScanFailures(const FailureUpdate& update) {
@@ -118,12 +124,35 @@ std::vector<RepositorySnapshot> preserveAsyncData(std::vector<RepositorySnapshot
                   cached ? &cached->issues : nullptr);
         carryOver(changed->pullRequests, previous ? &previous->pullRequests : nullptr,
                   cached ? &cached->pullRequests : nullptr);
-        if (previous && isWithoutVerdict(changed->dependencySummary) &&
-            !isWithoutVerdict(previous->dependencySummary)) {
-            changed->dependencySummary = previous->dependencySummary;
-        }
+        if (previous) carryOverVerdict(*changed, *previous);
         repository = std::move(changed);
     }
+    return repositories;
+}
+
+GitRepository carryingOverFrom(const GitRepository& present, GitRepository fresh) {
+    carryOver<ImmutableList<GitHubIssue>>(fresh.issues, &present.issues, nullptr);
+    carryOver<ImmutableList<GitHubPullRequest>>(fresh.pullRequests, &present.pullRequests, nullptr);
+    carryOverVerdict(fresh, present);
+    return fresh;
+}
+
+std::vector<RepositorySnapshot> prioritized(std::vector<RepositorySnapshot> repositories,
+                                            const Prioritization& by) {
+    if (by.paths.empty()) return repositories;
+    const auto ranks = uniquelyKeyed(
+        by.paths, [](const std::string& path) { return path; },
+        [&](const std::string& path) { return &path - by.paths.data(); });
+    const auto rankOf = [&](const RepositorySnapshot& repository) {
+        const auto found = ranks.find(repository->path);
+        return found == ranks.end() ? std::ssize(by.paths) : found->second;
+    };
+    std::ranges::stable_sort(repositories, [&](const auto& left, const auto& right) {
+        const auto leftRank = rankOf(left);
+        const auto rightRank = rankOf(right);
+        if (leftRank != rightRank) return leftRank < rightRank;
+        return by.collator.compare(left->name, right->name) < 0;
+    });
     return repositories;
 }
 

@@ -71,4 +71,16 @@ struct AsyncDataSources {
 std::vector<RepositorySnapshot> preserveAsyncData(std::vector<RepositorySnapshot> repositories,
                                                   const AsyncDataSources& sources);
 
+// A fresh snapshot of one repository, with the issues, pull requests and dependency verdict of the
+// present one where it has none yet.
+GitRepository carryingOverFrom(const GitRepository& present, GitRepository fresh);
+
+struct Prioritization {
+    const std::vector<std::string>& paths;  // none twice; others than the repositories' are ignored
+    const NameCollator& collator;
+};
+// Those at `paths` first, in that order, then the rest by name; as they stand without any paths.
+std::vector<RepositorySnapshot> prioritized(std::vector<RepositorySnapshot> repositories,
+                                            const Prioritization& by);
+
 }  // namespace tarnbeck::RepositoryRefreshSupport

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "GitHubScanner.h"
 #include "Paths.h"
 #include "RepositoryDiscovery.h"
 
@@ -16,12 +17,32 @@ namespace {
 constexpr auto pauseBeforeFollowUp = 300ms;
 constexpr std::int64_t longestIntervalMinutes = std::int64_t{100} * 365 * 24 * 60;
 
+const std::string& pathOf(const RepositorySnapshot& repository) {
+    return repository->path;
+}
+
+std::optional<GitHubRepositoryData> knownData(const GitHubScanner& gitHub,
+                                              const std::string& path) {
+    auto issues = gitHub.lastKnownIssues(path);
+    auto pullRequests = gitHub.lastKnownPullRequests(path);
+    if (!issues && !pullRequests) return std::nullopt;
+    GitHubRepositoryData data;
+    if (issues) data.issues = *std::move(issues);
+    if (pullRequests) data.pullRequests = *std::move(pullRequests);
+    return data;
+}
+
 }  // namespace
 
 RepositoryScanner::RepositoryScanner(Services services, Options options)
     : services_(std::move(services)),
       scanRepositoryHandler_(std::move(options.scanRepositoryHandler)),
-      knownGitHubData_(std::move(options.knownGitHubData)) {
+      issueScanHandler_(std::move(options.issueScanHandler)),
+      fileSystemRefreshMinimumInterval_(options.fileSystemRefreshMinimumInterval),
+      issueRefreshInterval_(options.issueRefreshInterval),
+      knownGitHubData_(std::move(options.knownGitHubData)),
+      saveConfiguration_(std::move(options.saveConfiguration)),
+      report_(std::move(options.report)) {
     state_.configuration = std::move(options.configuration);
     state_.configuration.dropRepeatedRepoPaths(services_.home);
     if (options.autoStart) start();
@@ -29,20 +50,26 @@ RepositoryScanner::RepositoryScanner(Services services, Options options)
 
 void RepositoryScanner::start() {
     requestRefresh(RepositoryRefreshRequest::atStart());
+    startFileWatching();
     startPeriodicScan();
+    startPeriodicIssueRefresh();
 }
 
 RepositoryScanner::~RepositoryScanner() {
+    *gone_ = true;
     if (const auto scan = fullScan_.lock()) scan->cancel();
 }
 
 RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& services,
+                                                              GitHubScanner& gitHub,
+                                                              const ConfigurationPlace& place,
                                                               AppConfiguration configuration) {
     const StaticScan tools{.loop = services.loop,
                            .queues = services.queues,
                            .log = services.log,
                            .git = services.git,
                            .home = services.home};
+    const auto savingQueue = services.queues.serial("com.tarnbeck.configuration");
     return {
         .configuration = std::move(configuration),
         .autoStart = true,
@@ -50,17 +77,28 @@ RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& se
             [tools](const std::string& path, const ScanCompletion& completion) {
                 scanRepositoryImpl(tools, {.at = path, .retryCount = 0}, completion);
             },
+        .issueScanHandler =
+            [&gitHub](const std::string& path, GitHubIssueRefreshPolicy policy) {
+                return gitHub.scan({.at = path, .policy = policy});
+            },
+        .knownGitHubData = {.lastKnownIssueFetchDate =
+                                [&gitHub](const std::string& path) {
+                                    return gitHub.lastKnownIssueFetchDate(path);
+                                },
+                            .lastKnownData =
+                                [&gitHub](const std::string& path) {
+                                    return knownData(gitHub, path);
+                                }},
+        .saveConfiguration =
+            [savingQueue, place](const AppConfiguration& changed) {
+                savingQueue->post([place, changed] { changed.save(place); });
+            },
+        .report = place.report,
     };
 }
 
 AppConfiguration RepositoryScanner::loadInitialConfiguration(const ConfigurationPlace& place) {
     return loadConfigurationDiscoveringRepos(place);
-}
-
-template <class Value>
-void RepositoryScanner::publish(Property property, Value State::*field, Value value) {
-    state_.*field = std::move(value);
-    Observers::tell(observers_.current(), property);
 }
 
 void RepositoryScanner::setConfiguration(AppConfiguration configuration) {
@@ -73,6 +111,34 @@ void RepositoryScanner::setRepositories(std::vector<RepositorySnapshot> reposito
     publish(Property::repositories, &State::repositories, std::move(repositories));
     // Thousands of texts are freed where nobody waits for it.
     services_.queues.utility([replaced = std::move(replaced)] {});
+}
+
+RepositorySnapshot RepositoryScanner::repositoryAt(const std::string& path) const {
+    const auto found = std::ranges::find(repositories(), path, pathOf);
+    return found == repositories().end() ? nullptr : *found;
+}
+
+void RepositoryScanner::replaceRepository(GitRepository repository) {
+    const auto entry = std::ranges::find(state_.repositories, repository.path, pathOf);
+    if (entry == state_.repositories.end()) return;
+    auto snapshot = std::make_shared<const GitRepository>(std::move(repository));
+    auto replaced = std::exchange(*entry, std::move(snapshot));
+    Observers::tell(observers_.current(), Property::repositories);
+    services_.queues.utility([replaced = std::move(replaced)] {});
+}
+
+bool RepositoryScanner::isInProgress(Progress progress, const std::string& path) const {
+    return (state_.*progress).contains(path);
+}
+
+void RepositoryScanner::setInProgress(Property property, Progress progress, const std::string& path,
+                                      bool running) {
+    if (running) {
+        (state_.*progress)[path] = true;
+    } else {
+        (state_.*progress).erase(path);
+    }
+    Observers::tell(observers_.current(), property);
 }
 
 std::int64_t RepositoryScanner::dirtyRepoCount() const {
@@ -113,19 +179,18 @@ void RepositoryScanner::startFullScan(const RepositoryRefreshRequest& request) {
     scanRequestedWhileScanning_ = false;
     activeRefreshRequest_ = request;
     queuedRefreshRequest_.reset();
+    forgetPendingFileSystemEvents();  // the scan covers them
     publish(Property::isScanning, &State::isScanning, true);
     FullScan::Input input = fullScanInput(request);
-    auto fetchDates = knownFetchDates(input.configuredPaths);
     auto deliver = anchor_.guarded(
-        [fetchDates = std::move(fetchDates)](RepositoryScanner& self, FullScan::Result& result) {
-            self.finishFullScan(result, fetchDates);
-        });
+        [](RepositoryScanner& self, FullScan::Result& result) { self.finishFullScan(result); });
     const auto scan = std::make_shared<FullScan>(
         FullScan::Tools{.queues = services_.queues,
                         .log = services_.log,
                         .collator = services_.collator,
                         .git = services_.git,
-                        .scanRepositoryHandler = scanRepositoryHandler_},
+                        .scanRepositoryHandler = scanRepositoryHandler_,
+                        .lastKnownIssueFetchDate = knownGitHubData_.lastKnownIssueFetchDate},
         std::move(input), [&loop = services_.loop, deliver](FullScan::Result result) {
             loop.post([deliver, result = std::make_shared<FullScan::Result>(std::move(result))] {
                 deliver(*result);
@@ -148,20 +213,13 @@ FullScan::Input RepositoryScanner::fullScanInput(const RepositoryRefreshRequest&
     return input;
 }
 
-RepositoryScanner::FetchDates RepositoryScanner::knownFetchDates(
-    const std::vector<std::string>& configuredPaths) const {
-    FetchDates dates;
-    for (const std::string& path : configuredPaths) {
-        if (const auto date = knownGitHubData_.lastKnownIssueFetchDate(path)) dates[path] = *date;
-    }
-    return dates;
-}
-
-void RepositoryScanner::finishFullScan(FullScan::Result& result, const FetchDates& fetchDates) {
+void RepositoryScanner::finishFullScan(FullScan::Result& result) {
     consecutiveScanFailuresByPath_ = std::move(result.consecutiveScanFailuresByPath);
     replaceRepositories(std::move(result.merged));
-    takeLastIssueRefreshFrom(fetchDates);
-    publish(Property::lastScan, &State::lastScan, std::optional(services_.loop.wallNow()));
+    takeLastIssueRefreshFrom(result.fetchDates);
+    refreshFileWatchingPaths(false);
+    lastFileSystemRefreshAt_ = services_.loop.wallNow();
+    publish(Property::lastScan, &State::lastScan, lastFileSystemRefreshAt_);
     // Taken before anybody is told: an observer may ask for the next scan at once.
     const auto request =
         std::exchange(activeRefreshRequest_, std::nullopt).value_or(RepositoryRefreshRequest{});
@@ -193,7 +251,7 @@ void RepositoryScanner::takeLastIssueRefreshFrom(const FetchDates& fetchDates) {
 // Each pass that becomes due supersedes the one before it of its kind.
 void RepositoryScanner::startBackgroundPasses(const RepositoryRefreshRequest& request) {
     if (request.refreshDependencies) ++dependencyScanGeneration_;
-    if (request.refreshIssues && configuration().showIssues) ++issueScanGeneration_;
+    if (request.refreshIssues) refreshIssues(request.forceIssueRefresh);
 }
 
 std::optional<RepositoryRefreshRequest> RepositoryScanner::takeQueuedRequest() {

@@ -6,6 +6,8 @@
 // Main thread only, unless it says otherwise. One source file a topic.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -14,12 +16,16 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "AppConfiguration.h"
+#include "FileEvents.h"
+#include "FileSystemWatcher.h"
 #include "FullScan.h"
 #include "GitCommand.h"
-#include "GitHubRepositoryData.h"
+#include "GitHubRepoScanResult.h"
 #include "GitRepository.h"
 #include "MainLoop.h"
 #include "NameCollator.h"
@@ -28,10 +34,13 @@
 #include "RepositoryRefreshRequest.h"
 #include "RepositoryRefreshSupport.h"
 #include "ScanLog.h"
+#include "WatchRoots.h"
 #include "WeakAnchor.h"
 #include "WorkQueues.h"
 
 namespace tarnbeck {
+
+class GitHubScanner;
 
 class RepositoryScanner {
   public:
@@ -74,12 +83,19 @@ class RepositoryScanner {
         const NameCollator& collator;
         GitRunner git;
         std::string home;
+        FileEvents* fileEvents = nullptr;  // absent: no change is seen when it happens
     };
 
-    // What the issue cache remembers of a repository from earlier runs; asked on the main thread.
+    // Asks GitHub for one repository's open issues and pull requests. Blocks; called off the main
+    // thread, by several threads at once.
+    using IssueScanHandler = std::function<GitHubRepoScanResult(const std::string& path,
+                                                                GitHubIssueRefreshPolicy policy)>;
+
+    // What the issue cache remembers of a repository from earlier runs.
     struct KnownGitHubData {
-        std::function<std::optional<WallTime>(const std::string& path)> lastKnownIssueFetchDate =
-            [](const std::string&) { return std::nullopt; };
+        // Asked on a background queue.
+        KnownFetchDate lastKnownIssueFetchDate = [](const std::string&) { return std::nullopt; };
+        // Asked on the main thread, when the dates have been asked for.
         std::function<std::optional<GitHubRepositoryData>(const std::string& path)> lastKnownData =
             [](const std::string&) { return std::nullopt; };
     };
@@ -88,7 +104,17 @@ class RepositoryScanner {
         AppConfiguration configuration;
         bool autoStart = true;
         ScanRepositoryHandler scanRepositoryHandler;
+        IssueScanHandler issueScanHandler = [](const std::string&, GitHubIssueRefreshPolicy) {
+            return GitHubRepoScanResult{GitHubRepoScanResult::Skipped{}};
+        };
+        std::chrono::nanoseconds fileSystemRefreshMinimumInterval = std::chrono::seconds(5);
+        std::chrono::nanoseconds issueRefreshInterval = std::chrono::seconds(300);  // 0: never
         KnownGitHubData knownGitHubData = {};
+        // Keeps a configuration that the scanner changed; must return soon.
+        std::function<void(const AppConfiguration&)> saveConfiguration =
+            [](const AppConfiguration&) {};
+        // Gets one line without a line feed when file events can't be had. Any thread.
+        std::function<void(std::string_view message)> report = [](std::string_view) {};
     };
 
     RepositoryScanner(Services services, Options options);
@@ -98,9 +124,10 @@ class RepositoryScanner {
 
     // What the running program makes its scanner of: real scans, started at once. `configuration`
     // is that of `loadInitialConfiguration`.
-    static Options ordinaryOptions(const Services& services, AppConfiguration configuration);
+    static Options ordinaryOptions(const Services& services, GitHubScanner& gitHub,
+                                   const ConfigurationPlace& place, AppConfiguration configuration);
 
-    // The first refresh, and the pulse from then on. Done by the constructor with `autoStart`.
+    // The first refresh, the watcher, and the timers. Done by the constructor with `autoStart`.
     void start();
 
     const State& state() const { return state_; }
@@ -124,6 +151,51 @@ class RepositoryScanner {
 
     // Begins to ask for a periodic refresh anew, by the configured interval.
     void startPeriodicScan();
+
+    // --- Issues and pull requests (RepositoryScanner+IssueScans.cpp) ---
+
+    // Asks GitHub about all repositories, one after the other in the background, where the
+    // configuration shows issues. The pass before this one is superseded.
+    void refreshIssues(bool forceRefresh);
+    // Begins to ask for forced issue refreshes anew, where the configuration shows issues.
+    void startPeriodicIssueRefresh();
+    // After a change of the configuration: both of the above.
+    void refreshIssueMonitoring();
+    // The paths that a person is looking at, in the order on the screen: asked about first.
+    void setPrioritizedIssueRepoPaths(std::vector<std::string> paths);
+    // Those of the list that are looked at, in their order, then the rest by name.
+    std::vector<RepositorySnapshot> prioritizedRepositories(
+        std::vector<RepositorySnapshot> from) const;
+
+    // --- One repository (RepositoryScanner+RepoRefresh.cpp). All return at once. ---
+
+    // Scans its git state anew. Any number of calls while it runs lead to one more run.
+    void refreshGitForRepo(const std::string& path);
+    // Asks GitHub about it, past the cache. Any number of calls while it runs lead to one more.
+    void refreshIssuesForRepo(const std::string& path);
+    // Brings a branch that is behind its upstream up to date, by fast-forward only; leaves a
+    // dirty, detached or diverged repository alone. Nothing while its git state is being scanned.
+    void syncRepo(const std::string& path);
+    // Configures another repository and asks for a full scan. Nothing for one that is configured.
+    void addRepo(const std::string& path);
+
+    // --- File events (RepositoryScanner+FileSystemRefresh.cpp) ---
+
+    // Decides anew what is watched; restarts the watcher when that has changed, or with `force`.
+    void refreshFileWatchingPaths(bool force);
+    // Something changed at these paths; an empty list: anything may have.
+    void requestFileSystemRefresh(std::vector<std::string> changedPaths);
+
+    // What is watched for the configured paths and for the worktrees (bare ones apart) of the
+    // repositories: those that are folders now, sorted. Asks the file system; any thread.
+    static std::vector<std::string> buildWatchPaths(const WatchSubject& subject);
+    // Leads from each configured path to itself, and from each worktree to its repository. Pure.
+    static WatchRootMap buildWatchRootMapping(const WatchSubject& subject);
+    // The repositories that the changes concern, by the innermost watched folder around each;
+    // absent when there is no change, or one that lies in no watched folder: then only a full scan
+    // will do. Pure.
+    static std::optional<std::set<std::string>> repoPathsAffected(
+        const std::set<std::string>& byChangedPaths, const WatchRootMap& watchRootToRepoPath);
 
     // How many background passes of each kind have been due so far.
     int dependencyScanGeneration() const { return dependencyScanGeneration_; }
@@ -156,28 +228,62 @@ class RepositoryScanner {
     static std::set<std::string> gitHubOwnerRepos(std::string_view fromRemoteOutput);
 
   private:
-    using FetchDates = std::unordered_map<std::string, WallTime>;
-
     template <class Value>
     void publish(Property property, Value State::*field, Value value);
+    // The entry in `repositories`; null when the path has none.
+    RepositorySnapshot repositoryAt(const std::string& path) const;
+    // Puts a snapshot in the place of the one with its path.
+    void replaceRepository(GitRepository repository);
+    // Maps from path to progress: a path is in progress when it has an entry.
+    using Progress = std::unordered_map<std::string, bool> State::*;
+    bool isInProgress(Progress progress, const std::string& path) const;
+    void setInProgress(Property property, Progress progress, const std::string& path, bool running);
 
     void queueRefresh(const RepositoryRefreshRequest& request);
     void startFullScan(const RepositoryRefreshRequest& request);
     FullScan::Input fullScanInput(const RepositoryRefreshRequest& request) const;
-    FetchDates knownFetchDates(const std::vector<std::string>& configuredPaths) const;
-    void finishFullScan(FullScan::Result& result, const FetchDates& fetchDates);
+    void finishFullScan(FullScan::Result& result);
     void replaceRepositories(std::vector<RepositorySnapshot> merged);
     void takeLastIssueRefreshFrom(const FetchDates& fetchDates);
     void startBackgroundPasses(const RepositoryRefreshRequest& request);
     std::optional<RepositoryRefreshRequest> takeQueuedRequest();
     void requestRefreshAfterPause(const RepositoryRefreshRequest& request);
 
-    Services services_;
-    ScanRepositoryHandler scanRepositoryHandler_;
-    KnownGitHubData knownGitHubData_;
+    void scheduleIssueScan(std::vector<RepositorySnapshot> repositories, int generation,
+                           GitHubIssueRefreshPolicy policy);
+    void applyIssueResult(const std::string& path, const GitHubRepoScanResult& result,
+                          int generation);
+    void finishIssueScan(int generation, bool anySuccess);
+    void takeGitHubData(const GitRepository& present, const GitHubRepositoryData& data);
+
+    void applyGitRefresh(const std::string& path, std::optional<GitRepository>& scanned);
+    void applyIssueRefresh(const std::string& path, const GitHubRepoScanResult& result);
+    void applySync(const std::string& path, std::optional<GitRepository>& scanned);
+    void setGitScanInProgress(const std::string& path, bool running);
+
+    void startFileWatching();
+    WatchSubject watchSubject() const;
+    void applyWatchPaths(std::vector<std::string> paths, bool force);
+    void forgetPendingFileSystemEvents();
+    std::chrono::nanoseconds timeToNextFileSystemRefresh() const;
+    void scheduleDelayedFileSystemRefresh(std::chrono::nanoseconds after);
+    void performFileSystemRefresh();
+    std::optional<std::set<std::string>> repositoriesToRefreshFor(
+        const std::set<std::string>& changedPaths) const;
+
+    const Services services_;
+    const ScanRepositoryHandler scanRepositoryHandler_;
+    const IssueScanHandler issueScanHandler_;
+    const std::chrono::nanoseconds fileSystemRefreshMinimumInterval_;
+    const std::chrono::nanoseconds issueRefreshInterval_;
+    const KnownGitHubData knownGitHubData_;
+    const std::function<void(const AppConfiguration&)> saveConfiguration_;
+    const std::function<void(std::string_view)> report_;
     State state_;
     Observers observers_;
     std::optional<RepeatingTimer> scanTimer_;
+    std::optional<RepeatingTimer> issueRefreshTimer_;
+    std::optional<FileSystemWatcher> fileWatcher_;
     bool scanRequestedWhileScanning_ = false;
     std::optional<RepositoryRefreshRequest> queuedRefreshRequest_;
     std::optional<RepositoryRefreshRequest> activeRefreshRequest_;
@@ -185,7 +291,24 @@ class RepositoryScanner {
     int dependencyScanGeneration_ = 0;
     int issueScanGeneration_ = 0;
     FailureCounts consecutiveScanFailuresByPath_;
+    std::vector<std::string> watchedPaths_;
+    WatchRootMap watchRootToRepoPath_;
+    Timer delayedFileSystemRefreshTask_;
+    std::optional<WallTime> lastFileSystemRefreshAt_;
+    std::set<std::string> pendingFileSystemEventPaths_;
+    bool pendingFileSystemFullScan_ = false;
+    std::vector<std::string> prioritizedIssueRepoPaths_;
+    std::unordered_set<std::string> queuedGitRefreshPaths_;
+    std::unordered_set<std::string> queuedIssueRefreshPaths_;
+    // True when the scanner has gone: what runs in the background ends early.
+    const std::shared_ptr<std::atomic<bool>> gone_ = std::make_shared<std::atomic<bool>>(false);
     WeakAnchor<RepositoryScanner> anchor_{*this};
 };
+
+template <class Value>
+void RepositoryScanner::publish(Property property, Value State::*field, Value value) {
+    state_.*field = std::move(value);
+    Observers::tell(observers_.current(), property);
+}
 
 }  // namespace tarnbeck

@@ -1,0 +1,70 @@
+#include "PathTrail.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <optional>
+#include <vector>
+
+#include <unistd.h>
+
+#include "Paths.h"
+
+namespace tarnbeck {
+namespace {
+
+constexpr int mostLinks = 40;  // where the system gives up as well
+
+// The components that are still to be passed, the next one last.
+void pushComponents(std::string_view path, std::vector<std::string>& components) {
+    std::vector<std::string> forwards;
+    for (std::size_t at = 0; at < path.size();) {
+        const std::size_t slash = std::min(path.find('/', at), path.size());
+        if (slash > at) forwards.emplace_back(path.substr(at, slash - at));
+        at = slash + 1;
+    }
+    components.insert(components.end(), forwards.rbegin(), forwards.rend());
+}
+
+enum class Kind { missing, link, other };
+
+Kind kindOf(const std::string& path, std::string& target) {
+    std::array<char, PATH_MAX> buffer{};
+    const ssize_t length = readlink(path.c_str(), buffer.data(), buffer.size());
+    if (length < 0) return errno == EINVAL ? Kind::other : Kind::missing;
+    target.assign(buffer.data(), static_cast<std::size_t>(length));
+    return Kind::link;
+}
+
+}  // namespace
+
+void followTrail(
+    const std::string& path,
+    const std::function<void(const std::string& folder, const std::string& name)>& passes) {
+    std::vector<std::string> ahead;
+    pushComponents(path, ahead);
+    std::string folder = "/";
+    for (int links = 0; !ahead.empty() && links <= mostLinks;) {
+        const std::string name = std::move(ahead.back());
+        ahead.pop_back();
+        if (name == ".") continue;
+        if (name == "..") {
+            folder = std::string(parentPath(folder));
+            continue;
+        }
+        passes(folder, name);
+        const std::string whole = folder == "/" ? "/" + name : folder + "/" + name;
+        std::string target;
+        const Kind kind = kindOf(whole, target);
+        if (kind == Kind::missing) return;
+        if (kind == Kind::other) {
+            folder = whole;
+        } else {
+            ++links;
+            if (target.starts_with('/')) folder = "/";
+            pushComponents(target, ahead);
+        }
+    }
+}
+
+}  // namespace tarnbeck

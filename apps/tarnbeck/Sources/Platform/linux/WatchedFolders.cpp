@@ -1,0 +1,225 @@
+#include "WatchedFolders.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <utility>
+
+#include <sys/inotify.h>
+
+#include "Paths.h"
+
+namespace tarnbeck {
+namespace {
+
+constexpr std::uint32_t folderMask = IN_CREATE | IN_DELETE | IN_MODIFY | IN_ATTRIB | IN_MOVED_FROM |
+                                     IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR |
+                                     IN_EXCL_UNLINK;
+// Added to what the folder may be watched for already.
+constexpr std::uint32_t guardMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
+                                    IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
+
+bool isShortOfDescriptors(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+}  // namespace
+
+int WatchedFolders::addWatch(const std::string& path, std::uint32_t mask) {
+    return inotify_add_watch(inotify_.get(), path.c_str(), mask);
+}
+
+int WatchedFolders::watchGuard(const std::string& path) {
+    const int watch = addWatch(path, guardMask);
+    if (watch < 0) {
+        if (errno == ENOSPC && countsShortage_) ++shortage_.missing;
+        return watch;
+    }
+    Folder folder = tree_.find(watch);
+    if (folder == WatchTree::none) folder = tree_.add(watch, WatchTree::none, {});
+    tree_.setGuard(folder, true);
+    return watch;
+}
+
+int WatchedFolders::watchRoot(const std::string& path) {
+    const int watch = addWatch(path, folderMask);
+    if (watch < 0) {
+        if (errno == ENOSPC) noteShortage({path});
+        return watch;
+    }
+    const Folder folder = topOf(watch, path);
+    if (tree_.generation(folder) == generation_) return watch;
+    tree_.setGeneration(folder, generation_);
+    walk(folder, Findings::quiet);
+    return watch;
+}
+
+WatchTree::Folder WatchedFolders::topOf(int watch, const std::string& path) {
+    Folder folder = tree_.find(watch);
+    if (folder == WatchTree::none) folder = tree_.add(watch, WatchTree::none, {});
+    tree_.addRootPath(folder, path);
+    tree_.setWatched(folder);
+    return folder;
+}
+
+void WatchedFolders::leaveRoot(int watch, const std::string& path) {
+    const Folder folder = tree_.find(watch);
+    if (folder == WatchTree::none) return;
+    tree_.removeRootPath(folder, path);
+    if (!tree_.isRoot(folder) && tree_.parent(folder) == WatchTree::none) drop(folder);
+}
+
+void WatchedFolders::walk(Folder top, Findings findings) {
+    std::vector<Folder> toList{top};
+    while (!toList.empty() && !ending_) {
+        const Folder folder = toList.back();
+        toList.pop_back();
+        list(folder, findings, toList);
+    }
+}
+
+void WatchedFolders::list(Folder folder, Findings findings, std::vector<Folder>& toList) {
+    const std::string path = tree_.path(folder);
+    std::string child = path;
+    if (!child.ends_with('/')) child += '/';
+    const std::size_t length = child.size();
+    const auto links =
+        tree_.isRoot(folder) ? FolderReader::Links::follow : FolderReader::Links::never;
+    const int error = reader_.read(path, links, [&](std::string_view name, bool isFolder) {
+        if (findings == Findings::told) batch_.add(folder, name);
+        if (!isFolder || pruned_.isPruned(path, name)) return;
+        child.resize(length);
+        child += name;
+        const Folder found = watchChild(folder, name, child);
+        if (found != WatchTree::none) toList.push_back(found);
+    });
+    if (isShortOfDescriptors(error)) doubt(folder);
+}
+
+// The folder where it is still to be listed.
+WatchTree::Folder WatchedFolders::watchChild(Folder parent, std::string_view name,
+                                             std::string& path) {
+    const int watch = addWatch(path, folderMask | IN_DONT_FOLLOW);
+    if (watch < 0) {
+        noteFailure(parent, path);
+        return WatchTree::none;
+    }
+    const Folder known = tree_.find(watch);
+    if (known != WatchTree::none) return place(known, parent, name);
+    const Folder folder = tree_.add(watch, parent, name);
+    tree_.setWatched(folder);
+    tree_.setGeneration(folder, generation_);
+    return folder;
+}
+
+// A folder that has a watch was found here.
+WatchTree::Folder WatchedFolders::place(Folder known, Folder parent, std::string_view name) {
+    const bool isSeen = tree_.isWatched(known) && tree_.generation(known) == generation_;
+    if (tree_.isWithin(parent, known)) return WatchTree::none;  // mounted below itself
+    if (tree_.parent(known) == WatchTree::none || !isSeen) {
+        tree_.move(known, parent, name);
+        tree_.setWatched(known);
+        tree_.setGeneration(known, generation_);
+        return isSeen ? WatchTree::none : known;
+    }
+    // It is at two places: mounted twice, or moved while this goes on. Events tell the latter, but
+    // not where it went if that place was not watched yet.
+    if (!tree_.isAt(known, parent, name) && !rereading_) doubt(parent);
+    return WatchTree::none;
+}
+
+void WatchedFolders::noteFailure(Folder parent, const std::string& path) {
+    switch (errno) {
+        case ENOSPC:
+            noteShortage(tree_.paths(parent, lastPathComponent(path)));
+            break;
+        case EACCES:
+            tree_.setUnreadable(parent);
+            break;
+        case ENOENT:
+        case ENOTDIR:
+        case ENOMEM:
+            // Gone, or its parent has another name by now that is not known yet.
+            if (!rereading_) doubt(parent);
+            break;
+        default:
+            break;
+    }
+}
+
+WatchedFolders::Shortage WatchedFolders::takeShortage() {
+    countsShortage_ = countsShortage_ && shortage_.missing == 0;
+    return std::exchange(shortage_, {});
+}
+
+void WatchedFolders::noteShortage(std::vector<std::string> paths) {
+    if (!countsShortage_) return;
+    shortage_.missing += countFolders(paths.front());
+    std::move(paths.begin(), paths.end(), std::back_inserter(shortage_.folders));
+}
+
+std::int64_t WatchedFolders::countFolders(const std::string& top) {
+    std::vector<std::string> toList{top};
+    std::int64_t count = 0;
+    FolderReader reader;
+    for (; !toList.empty() && !ending_; ++count) {
+        const std::string path = std::move(toList.back());
+        toList.pop_back();
+        reader.read(path, FolderReader::Links::never, [&](std::string_view name, bool isFolder) {
+            if (isFolder && !pruned_.isPruned(path, name)) toList.push_back(joinedPath(path, name));
+        });
+    }
+    return count;
+}
+
+void WatchedFolders::adopt(Folder parent, std::string_view name, Findings findings) {
+    const std::string path = tree_.path(parent);
+    if (path.empty() || pruned_.isPruned(path, name)) return;
+    std::string child = joinedPath(path, name);
+    const Folder folder = watchChild(parent, name, child);
+    if (folder != WatchTree::none) walk(folder, findings);
+}
+
+void WatchedFolders::move(Folder folder, Folder parent, std::string_view name) {
+    if (!tree_.isWithin(parent, folder)) {
+        tree_.move(folder, parent, name);
+    } else {
+        drop(folder);  // into itself: what was known of it was wrong
+    }
+}
+
+void WatchedFolders::drop(Folder folder) {
+    tree_.remove(folder, [this](Folder each) {
+        inotify_rm_watch(inotify_.get(), tree_.watch(each));  // fails where the system was first
+        lostRoots_ = lostRoots_ || tree_.isRoot(each) || tree_.isGuard(each);
+    });
+}
+
+void WatchedFolders::reread() {
+    rereading_ = true;
+    for (const int watch : std::exchange(doubtful_, {})) {
+        const Folder folder = tree_.find(watch);
+        if (folder == WatchTree::none || !tree_.isWatched(folder)) continue;
+        std::vector<Folder> found;
+        list(folder, Findings::quiet, found);
+        for (const Folder each : found) {
+            batch_.add(each, {});
+            walk(each, Findings::told);
+        }
+    }
+    rereading_ = false;
+}
+
+void WatchedFolders::endRenewal() {
+    std::vector<int> unseen;
+    tree_.forEach([&](Folder folder) {
+        const bool isSeen = !tree_.isWatched(folder) || tree_.generation(folder) == generation_;
+        if (!isSeen) unseen.push_back(tree_.watch(folder));
+    });
+    for (const int watch : unseen) {
+        const Folder folder = tree_.find(watch);
+        if (folder != WatchTree::none) drop(folder);
+    }
+}
+
+}  // namespace tarnbeck

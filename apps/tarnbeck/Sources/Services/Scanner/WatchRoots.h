@@ -1,0 +1,31 @@
+// What is watched, and which repository an event in a watched folder concerns.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "GitRepository.h"
+
+namespace tarnbeck {
+
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>{}(text);
+    }
+};
+
+// From a watched folder to the path of its repository.
+using WatchRootMap = std::unordered_map<std::string, std::string, TextHash, std::equal_to<>>;
+
+// Whose changes are to be seen.
+struct WatchSubject {
+    std::vector<std::string> configuredPaths;  // may begin with a tilde
+    std::vector<RepositorySnapshot> repositories;
+    std::string home;
+};
+
+}  // namespace tarnbeck

@@ -1,0 +1,400 @@
+#include <chrono>
+
+#include "ScannerHarness.h"
+
+namespace tarnbeck {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using testing::gitHubSuccess;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+using testing::repositoryAt;
+using testing::ScannerHarness;
+using Property = RepositoryScanner::Property;
+
+GitRepository onBranch(const std::string& path, const std::string& branch) {
+    GitRepository repository = repositoryAt(path);
+    repository.currentBranch = branch;
+    return repository;
+}
+
+DependencySummary verdict(DependencyHealth health) {
+    return {.ecosystems = {{.ecosystem = DependencyEcosystem::node, .status = health}}};
+}
+
+class OneRepository : public ::testing::Test {
+  protected:
+    OneRepository() {
+        harness.makeShowing({onBranch("/r/a", "old"), onBranch("/r/b", "old")});
+        harness.answer = [](const std::string& path) { return onBranch(path, "new"); };
+    }
+    RepositoryScanner& scanner() { return *harness.scanner; }
+    const RepositoryScanner::State& state() { return harness.scanner->state(); }
+    void settle() { harness.simulation.runUntilIdle(); }
+
+    ScannerHarness harness;
+};
+
+using RefreshGitForRepo = OneRepository;
+
+TEST_F(RefreshGitForRepo, ReplacesThatEntryAlone) {
+    harness.answersAtOnce = true;
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.repository(0).currentBranch, "new");
+    EXPECT_EQ(harness.repository(1).currentBranch, "old");
+    EXPECT_THAT(harness.scannedPaths, ElementsAre("/r/a"));
+    EXPECT_EQ(harness.timesNotified(Property::repositories), 1);
+}
+
+TEST_F(RefreshGitForRepo, DoesNothingForAPathWithoutEntry) {
+    scanner().refreshGitForRepo("/r/other");
+    settle();
+    EXPECT_THAT(harness.scannedPaths, IsEmpty());
+    EXPECT_THAT(state().gitScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshGitForRepo, IsInProgressUntilItsResultIsThere) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_THAT(state().gitScanInProgressForRepo, ElementsAre(Pair("/r/a", true)));
+    harness.answerNext();
+    EXPECT_THAT(state().gitScanInProgressForRepo, IsEmpty());
+    EXPECT_EQ(harness.timesNotified(Property::gitScanInProgressForRepo), 2);
+}
+
+TEST_F(RefreshGitForRepo, ThreeCallsDuringARunLeadToExactlyOneMoreRun) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    for (int call = 0; call < 3; ++call) scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+    harness.answerNext();
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+    harness.answerNext();
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+    EXPECT_THAT(state().gitScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshGitForRepo, DifferentRepositoriesRunTogether) {
+    scanner().refreshGitForRepo("/r/a");
+    scanner().refreshGitForRepo("/r/b");
+    settle();
+    EXPECT_EQ(harness.waiting.size(), 2);
+}
+
+TEST_F(RefreshGitForRepo, FailedScanLeavesTheEntryAndEndsTheProgress) {
+    harness.answer = [](const std::string&) { return std::nullopt; };
+    harness.answersAtOnce = true;
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.repository(0).currentBranch, "old");
+    EXPECT_THAT(state().gitScanInProgressForRepo, IsEmpty());
+    EXPECT_EQ(harness.timesNotified(Property::repositories), 0);
+}
+
+TEST_F(RefreshGitForRepo, FailedScanIsStillFollowedByTheQueuedOne) {
+    harness.answer = [](const std::string&) { return std::nullopt; };
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    scanner().refreshGitForRepo("/r/a");
+    harness.answerNext();
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
+TEST_F(RefreshGitForRepo, EntryRemovedDuringTheRunIsNotBroughtBack) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    scanner().setRepositories({});
+    harness.answerNext();
+    EXPECT_THAT(scanner().repositories(), IsEmpty());
+    EXPECT_THAT(state().gitScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshGitForRepo, QueuedMarkStaysWhereTheEntryHasGone) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    scanner().refreshGitForRepo("/r/a");
+    const auto shown = scanner().repositories();
+    scanner().setRepositories({});
+    harness.answerNext();
+    EXPECT_EQ(harness.scannedPaths.size(), 1);
+    // Back again, its next refresh is followed by the one that is still queued.
+    scanner().setRepositories(shown);
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    harness.answerNext();
+    EXPECT_EQ(harness.scannedPaths.size(), 3);
+}
+
+TEST_F(RefreshGitForRepo, IssuesAndPullRequestsAreCarriedOver) {
+    GitRepository present = onBranch("/r/a", "old");
+    present.issues = {{.id = 1, .number = 1}};
+    present.pullRequests = {{.id = 2, .number = 2}};
+    scanner().setRepositories({std::make_shared<const GitRepository>(present)});
+    harness.answersAtOnce = true;
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.repository(0).currentBranch, "new");
+    EXPECT_EQ(harness.repository(0).issues, present.issues);
+    EXPECT_EQ(harness.repository(0).pullRequests, present.pullRequests);
+}
+
+TEST_F(RefreshGitForRepo, CarriesOverWhatIsThereWhenItEndsNotWhenItBegan) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    GitRepository meanwhile = onBranch("/r/a", "old");
+    meanwhile.issues = {{.id = 9, .number = 9}};
+    scanner().setRepositories({std::make_shared<const GitRepository>(meanwhile)});
+    harness.answerNext();
+    EXPECT_EQ(harness.repository(0).issues, meanwhile.issues);
+}
+
+TEST_F(RefreshGitForRepo, DependencyVerdictIsCarriedOverANewSnapshotWithoutOne) {
+    GitRepository present = onBranch("/r/a", "old");
+    present.dependencySummary = verdict(DependencyHealth::upToDate);
+    scanner().setRepositories({std::make_shared<const GitRepository>(present)});
+    harness.answersAtOnce = true;
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.repository(0).dependencySummary, present.dependencySummary);
+}
+
+TEST(CarryingOver, FreshVerdictStays) {
+    GitRepository present = repositoryAt("/r/a");
+    present.dependencySummary = verdict(DependencyHealth::upToDate);
+    GitRepository fresh = repositoryAt("/r/a");
+    fresh.dependencySummary = verdict(DependencyHealth::error);
+    EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).dependencySummary,
+              fresh.dependencySummary);
+}
+
+TEST(CarryingOver, VerdictReplacesOneThatIsStillBeingChecked) {
+    GitRepository present = repositoryAt("/r/a");
+    present.dependencySummary = verdict(DependencyHealth::upToDate);
+    GitRepository fresh = repositoryAt("/r/a");
+    fresh.dependencySummary = verdict(DependencyHealth::checking);
+    EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).dependencySummary,
+              present.dependencySummary);
+}
+
+TEST(CarryingOver, PresentCheckIsNoVerdictToCarryOver) {
+    GitRepository present = repositoryAt("/r/a");
+    present.dependencySummary = verdict(DependencyHealth::checking);
+    EXPECT_EQ(
+        RepositoryRefreshSupport::carryingOverFrom(present, repositoryAt("/r/a")).dependencySummary,
+        DependencySummary{});
+}
+
+TEST(CarryingOver, FreshIssuesStay) {
+    GitRepository present = repositoryAt("/r/a");
+    present.issues = {{.id = 1, .number = 1}};
+    GitRepository fresh = repositoryAt("/r/a");
+    fresh.issues = {{.id = 2, .number = 2}};
+    EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).issues, fresh.issues);
+}
+
+TEST_F(RefreshGitForRepo, RunsDuringAFullScanAndItsIssuesAreNotLost) {
+    AppConfiguration configuration;
+    configuration.repoPaths = {"/r/a"};
+    scanner().setConfiguration(configuration);
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({4}); };
+    scanner().requestRefresh({});
+    settle();
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    harness.answerNext();
+    ASSERT_EQ(scanner().repositories().size(), 1);
+    EXPECT_EQ(harness.repository(0).issues.size(), 1);
+}
+
+TEST_F(RefreshGitForRepo, UncommittedChangesComeFromTheFullScanThatEndsLater) {
+    AppConfiguration configuration;
+    configuration.repoPaths = {"/r/a"};
+    scanner().setConfiguration(configuration);
+    scanner().requestRefresh({});
+    settle();
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    auto ofFullScan = std::move(harness.waiting.front());
+    harness.waiting.pop_front();
+    harness.answerNext();  // the targeted one
+    GitRepository dirty = onBranch("/r/a", "new");
+    dirty.uncommittedChanges = {{.status = "M", .filePath = "x"}};
+    ofFullScan.second(dirty);
+    settle();
+    EXPECT_EQ(harness.repository(0).uncommittedChanges.size(), 1);
+}
+
+TEST_F(RefreshGitForRepo, NothingHappensWhenTheScannerHasGone) {
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    harness.scanner = nullptr;
+    harness.answerNext();
+    EXPECT_THAT(harness.waiting, IsEmpty());
+}
+
+using RefreshIssuesForRepo = OneRepository;
+
+TEST_F(RefreshIssuesForRepo, AsksPastTheCacheAndStoresTheResult) {
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({1}, {2}); };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_THAT(harness.issueScans,
+                ElementsAre(Pair("/r/a", GitHubIssueRefreshPolicy::forceRefresh)));
+    EXPECT_EQ(harness.repository(0).issues.size(), 1);
+    EXPECT_EQ(harness.repository(0).pullRequests.size(), 1);
+    EXPECT_THAT(harness.lines,
+                ElementsAre("ISSUES targeted refresh success for /r/a: 1 issues, 1 PRs"));
+}
+
+TEST_F(RefreshIssuesForRepo, DoesNothingWhereIssuesAreNotShown) {
+    AppConfiguration configuration;
+    configuration.showIssues = false;
+    scanner().setConfiguration(configuration);
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_THAT(harness.issueScans, IsEmpty());
+}
+
+TEST_F(RefreshIssuesForRepo, DoesNothingForAPathWithoutEntry) {
+    scanner().refreshIssuesForRepo("/r/other");
+    settle();
+    EXPECT_THAT(harness.issueScans, IsEmpty());
+}
+
+TEST_F(RefreshIssuesForRepo, IsInProgressUntilItsResultIsThere) {
+    scanner().refreshIssuesForRepo("/r/a");
+    EXPECT_THAT(state().issueScanInProgressForRepo, ElementsAre(Pair("/r/a", true)));
+    settle();
+    EXPECT_THAT(state().issueScanInProgressForRepo, IsEmpty());
+    EXPECT_EQ(harness.timesNotified(Property::issueScanInProgressForRepo), 2);
+}
+
+TEST_F(RefreshIssuesForRepo, AnyNumberOfCallsWhileItRunsLeadToOneMoreRunAndALineEach) {
+    scanner().refreshIssuesForRepo("/r/a");
+    scanner().refreshIssuesForRepo("/r/a");
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.issueScans.size(), 2);
+    EXPECT_THAT(harness.linesOf("ISSUES targeted refresh queued"),
+                ElementsAre("ISSUES targeted refresh queued while running for /r/a",
+                            "ISSUES targeted refresh queued while running for /r/a"));
+}
+
+TEST_F(RefreshIssuesForRepo, IdenticalDataCausesNoNotificationOfTheRepositories) {
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({1}, {2}); };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    harness.forget();
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.timesNotified(Property::repositories), 0);
+    EXPECT_THAT(harness.lines,
+                ElementsAre("ISSUES targeted refresh success for /r/a: 1 issues, 1 PRs"));
+}
+
+TEST_F(RefreshIssuesForRepo, SuccessForAnEntryThatHasGoneSaysNothing) {
+    harness.answerOfGitHub = [&](const std::string&) {
+        scanner().setRepositories({});
+        return gitHubSuccess({1});
+    };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_THAT(harness.lines, IsEmpty());
+    EXPECT_THAT(scanner().repositories(), IsEmpty());
+    EXPECT_THAT(state().issueScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshIssuesForRepo, SkippedIsLoggedAndChangesNothing) {
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_THAT(harness.lines, ElementsAre("ISSUES targeted refresh skipped for /r/a"));
+    EXPECT_EQ(harness.timesNotified(Property::repositories), 0);
+}
+
+TEST_F(RefreshIssuesForRepo, FailedIsLoggedAndChangesNothing) {
+    harness.answerOfGitHub = [](const std::string&) {
+        return GitHubRepoScanResult{GitHubRepoScanResult::Failed{}};
+    };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_THAT(harness.lines, ElementsAre("ISSUES targeted refresh failed for /r/a"));
+    EXPECT_EQ(harness.timesNotified(Property::repositories), 0);
+}
+
+class AddRepo : public ::testing::Test {
+  protected:
+    void make(std::vector<std::string> configured) {
+        harness.options.configuration.repoPaths = std::move(configured);
+        harness.answersAtOnce = true;
+        harness.make();
+    }
+    void add(const std::string& path) {
+        harness.scanner->addRepo(path);
+        harness.simulation.runUntilIdle();
+    }
+    std::string inHome(const std::string& name) { return harness.folder / name; }
+
+    ScannerHarness harness;
+};
+
+TEST_F(AddRepo, ExpandedPathIsConfiguredAndSaved) {
+    make({"/r/a"});
+    add("~/b/");
+    const std::vector<std::string> expected = {"/r/a", inHome("b")};
+    EXPECT_EQ(harness.scanner->configuration().repoPaths, expected);
+    ASSERT_EQ(harness.savedConfigurations.size(), 1);
+    EXPECT_EQ(harness.savedConfigurations[0].repoPaths, expected);
+}
+
+TEST_F(AddRepo, FullScanWithEverythingFollows) {
+    harness.folder.makeFolder("b/.git");
+    make({});
+    add("~/b");
+    EXPECT_EQ(harness.names(), std::vector<std::string>{"b"});
+    ASSERT_EQ(harness.gitInvocations.size(), 1);
+    EXPECT_THAT(harness.gitInvocations[0].logicalArgs, ElementsAre("fetch", "--prune", "--quiet"));
+    EXPECT_EQ(harness.scanner->dependencyScanGeneration(), 1);
+    EXPECT_THAT(harness.issueScans,
+                ElementsAre(Pair(inHome("b"), GitHubIssueRefreshPolicy::forceRefresh)));
+}
+
+TEST_F(AddRepo, PathWhoseExpandedFormIsStoredAlreadyDoesNothing) {
+    make({inHome("b")});
+    add("~/b");
+    EXPECT_EQ(harness.scanner->configuration().repoPaths, std::vector{inHome("b")});
+    EXPECT_THAT(harness.savedConfigurations, IsEmpty());
+    EXPECT_THAT(harness.scannedPaths, IsEmpty());
+}
+
+TEST_F(AddRepo, PathThatIsStoredWithItsTildeDoesNothing) {
+    make({"~/b"});
+    add(inHome("b"));
+    EXPECT_EQ(harness.scanner->configuration().repoPaths, std::vector<std::string>{"~/b"});
+    EXPECT_THAT(harness.savedConfigurations, IsEmpty());
+}
+
+TEST_F(AddRepo, NewFolderIsWatched) {
+    harness.folder.makeFolder("b");
+    harness.options.autoStart = true;
+    make({});
+    harness.simulation.runUntilIdle();
+    add("~/b");
+    ASSERT_FALSE(harness.fileEvents.opened.empty());
+    EXPECT_EQ(harness.fileEvents.opened.back().roots, std::vector{inHome("b")});
+}
+
+TEST(RepositoryRefreshRequest_ByHand, AsksForEverythingFresh) {
+    EXPECT_EQ(RepositoryRefreshRequest::byHand(),
+              (RepositoryRefreshRequest{.trigger = RepositoryRefreshTrigger::manual,
+                                        .refreshDependencies = true,
+                                        .refreshIssues = true,
+                                        .forceIssueRefresh = true,
+                                        .refreshRemotes = true}));
+}
+
+}  // namespace
+}  // namespace tarnbeck
