@@ -111,7 +111,7 @@ void askVersion(ToolFacts& tool, const std::string& home, ProcessLauncher& launc
 
 CommandResult loginStatus(const std::string& gh, ImmutableList<std::string> environment,
                           ProcessLauncher& launcher) {
-    const DependencyCommandRunner runner(std::move(environment), launcher);
+    const auto runner = DependencyCommandRunner::withEnvironment(std::move(environment), launcher);
     return runner.runCommand(
         {.executable = gh, .args = {"auth", "status"}, .cwd = "/", .timeout = loginTimeout});
 }

@@ -80,11 +80,12 @@ std::string LogReader::readNew() {
         file_ = std::move(next);
         bytes += readOn(file_);
     }
-    return linesOf(std::move(bytes));
+    return linesOf(bytes);
 }
 
-std::string LogReader::linesOf(std::string bytes) {
-    std::string text = std::exchange(halfLine_, {}) + bytes;
+std::string LogReader::linesOf(std::string_view bytes) {
+    std::string text = std::exchange(halfLine_, {});
+    text += bytes;
     const std::size_t end = text.rfind('\n') + 1;
     halfLine_ = text.substr(end);
     text.resize(end);

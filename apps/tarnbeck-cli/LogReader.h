@@ -25,7 +25,7 @@ class LogReader {
     std::string readNew();
 
   private:
-    std::string linesOf(std::string bytes);
+    std::string linesOf(std::string_view bytes);
 
     std::string path_;
     FileDescriptor file_;

@@ -71,7 +71,8 @@ TEST_F(RunCommand_Child, GetsExactlyItsFiveVariablesWithTheUsersToolsFirst) {
 }
 
 TEST_F(RunCommand_Child, GetsExactlyTheVariablesThatItsRunnerWasGiven) {
-    const DependencyCommandRunner runner({"HOME=/home/somebody", "OTHER=1"}, launcher_);
+    const auto runner =
+        DependencyCommandRunner::withEnvironment({"HOME=/home/somebody", "OTHER=1"}, launcher_);
     const auto result =
         runner.runCommand({.executable = BAD_CHILD, .args = {"describe"}, .timeout = 15s});
     EXPECT_THAT(valuesOf("environment", result.stdout),

@@ -11,13 +11,19 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 DependencyCommandRunner::DependencyCommandRunner(const std::string& home, ProcessLauncher& launcher)
-    : DependencyCommandRunner({"HOME=" + home, "PATH=" + std::string(searchPath), "LC_ALL=C",
-                               "CI=true", "COREPACK_ENABLE_NETWORK=0"},
-                              launcher) {}
+    : DependencyCommandRunner(
+          ImmutableList<std::string>{"HOME=" + home, "PATH=" + std::string(searchPath), "LC_ALL=C",
+                                     "CI=true", "COREPACK_ENABLE_NETWORK=0"},
+          launcher) {}
 
 DependencyCommandRunner::DependencyCommandRunner(ImmutableList<std::string> environment,
                                                  ProcessLauncher& launcher)
     : environment_(std::move(environment)), launcher_(launcher) {}
+
+DependencyCommandRunner DependencyCommandRunner::withEnvironment(
+    ImmutableList<std::string> environment, ProcessLauncher& launcher) {
+    return {std::move(environment), launcher};
+}
 
 CommandResult DependencyCommandRunner::runCommand(const Command& command) const {
     auto launched = launcher_.launch({.executable = command.executable,

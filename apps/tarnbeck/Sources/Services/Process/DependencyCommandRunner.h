@@ -45,13 +45,16 @@ class DependencyCommandRunner {
     // `launcher` must outlive it.
     DependencyCommandRunner(const std::string& home, ProcessLauncher& launcher);
     // The same care with another environment, "NAME=value", all of it.
-    DependencyCommandRunner(ImmutableList<std::string> environment, ProcessLauncher& launcher);
+    static DependencyCommandRunner withEnvironment(ImmutableList<std::string> environment,
+                                                   ProcessLauncher& launcher);
 
     // Never fails and logs nothing: the caller decides. What was printed before a time-out is told
     // when the pipes reached their end. Blocks, never from the main thread; any number of threads.
     CommandResult runCommand(const Command& command) const;
 
   private:
+    DependencyCommandRunner(ImmutableList<std::string> environment, ProcessLauncher& launcher);
+
     const ImmutableList<std::string> environment_;
     ProcessLauncher& launcher_;
 };
