@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <optional>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -12,8 +15,8 @@
 namespace tarnbeck::cli {
 namespace {
 
-constexpr std::array<std::string_view, 8> commands = {"status",   "watch", "issues", "sync",
-                                                      "discover", "add",   "remove", "config"};
+constexpr auto commands = std::to_array<std::string_view>(
+    {"status", "watch", "issues", "sync", "discover", "add", "remove", "config", "discard", "log"});
 constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
 constexpr std::string_view overview =
@@ -31,6 +34,10 @@ constexpr std::string_view legend =
     "  ✓ clean                                    green\n"
     "Something else: branches besides main and master, worktrees, stashes, or git's\n"
     "configuration.";
+
+constexpr std::string_view whatDiscardingDoes =
+    "A file that the last commit does not have is deleted. Any other gets back the content\n"
+    "that it has there, and what was staged of it goes too. This can't be undone.";
 
 template <std::size_t count>
 bool isOneOf(const std::array<std::string_view, count>& words, std::string_view word) {
@@ -94,13 +101,47 @@ void addColor(CLI::App* command, ColorChoice& color) {
         ->type_name("WHEN");
 }
 
-CLI::Option* addPaths(CLI::App* command, const std::string& name, std::vector<std::string>& paths,
-                      const std::string& description) {
-    return command->add_option(name, paths, description)
+std::optional<std::size_t> wholeNumber(std::string_view word) {
+    std::size_t number = 0;
+    const char* end = word.data() + word.size();
+    const auto [behind, error] = std::from_chars(word.data(), end, number);
+    return error == std::errc() && behind == end ? std::optional(number) : std::nullopt;
+}
+
+void addCount(CLI::App* command, const std::string& name, std::optional<std::size_t>& count,
+              const std::string& description) {
+    command
+        ->add_option(
+            name,
+            [&count](const CLI::results_t& words) {
+                count = wholeNumber(words.back());
+                return true;
+            },
+            description)
+        ->check([](const std::string& word) {
+            if (wholeNumber(word)) return std::string();
+            return "takes a whole number, not \"" + word + "\"";
+        })
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+        ->type_name("N");
+}
+
+CLI::Option* withPathRules(CLI::Option* option) {
+    return option
         ->check([](const std::string& path) {
             return path.empty() ? std::string("an empty text is no path") : std::string();
         })
         ->type_name("");
+}
+
+CLI::Option* addPaths(CLI::App* command, const std::string& name, std::vector<std::string>& paths,
+                      const std::string& description) {
+    return withPathRules(command->add_option(name, paths, description));
+}
+
+CLI::Option* addPath(CLI::App* command, const std::string& name, std::string& path,
+                     const std::string& description) {
+    return withPathRules(command->add_option(name, path, description))->required();
 }
 
 void shapeHelp(CLI::App& app) {
@@ -148,11 +189,15 @@ class Grammar {
           discover_(app, "discover", "Find repositories below folders"),
           add_(app, "add", "Add repositories to the configuration"),
           remove_(app, "remove", "Remove repositories from the configuration"),
-          config_(app, "config", "Show where the files are and what is set") {
+          config_(app, "config", "Show where the files are and what is set"),
+          discard_(app, "discard", "Drop the uncommitted changes of one file"),
+          log_(app, "log", "Print the scan log") {
         declareLooking();
         declareGitHub();
         declareChanging();
         declareConfiguring();
+        declareDiscarding();
+        declareInvestigating();
     }
 
     Arguments chosen() const {
@@ -163,6 +208,8 @@ class Grammar {
         if (add_.isChosen()) return add_.arguments;
         if (remove_.isChosen()) return remove_.arguments;
         if (config_.isChosen()) return config_.arguments;
+        if (discard_.isChosen()) return discard_.arguments;
+        if (log_.isChosen()) return log_.arguments;
         return status_.arguments;
     }
 
@@ -207,6 +254,21 @@ class Grammar {
         config_->add_flag("--json", config_.arguments.json, "Print one JSON object");
     }
 
+    void declareDiscarding() {
+        addPath(discard_.app(), "PATH", discard_.arguments.path,
+                "A repository or worktree, or a path inside one");
+        addPath(discard_.app(), "FILE", discard_.arguments.file,
+                "The file, as git prints it or as a path");
+        discard_->add_flag("-y,--yes", discard_.arguments.yes, "Do not ask");
+        discard_->footer(std::string(whatDiscardingDoes));
+    }
+
+    void declareInvestigating() {
+        log_->add_flag("-f,--follow", log_.arguments.follow, "Stay, and print what comes");
+        addCount(log_.app(), "-n,--lines", log_.arguments.lines,
+                 "Only the last N lines (10 with --follow)");
+    }
+
     Command<StatusArguments> status_;
     Command<WatchArguments> watch_;
     Command<IssuesArguments> issues_;
@@ -215,6 +277,8 @@ class Grammar {
     Command<AddArguments> add_;
     Command<RemoveArguments> remove_;
     Command<ConfigArguments> config_;
+    Command<DiscardArguments> discard_;
+    Command<LogArguments> log_;
 };
 
 }  // namespace

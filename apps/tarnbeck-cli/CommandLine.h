@@ -1,6 +1,7 @@
 // What the user typed, read once into plain values.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <variant>
@@ -42,9 +43,19 @@ struct RemoveArguments {
 struct ConfigArguments {
     bool json = false;
 };
+struct DiscardArguments {
+    std::string path;  // a repository, or a path inside one
+    std::string file;
+    bool yes = false;  // do not ask
+};
+struct LogArguments {
+    bool follow = false;
+    std::optional<std::size_t> lines;  // absent: all, and the usual number when it follows
+};
 
-using Arguments = std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments,
-                               DiscoverArguments, AddArguments, RemoveArguments, ConfigArguments>;
+using Arguments =
+    std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments, DiscoverArguments,
+                 AddArguments, RemoveArguments, ConfigArguments, DiscardArguments, LogArguments>;
 
 // What is to be done, or the exit status of a call that is already answered (help, version, wrong
 // usage), whose answer has been printed.

@@ -14,5 +14,7 @@ int runDiscover(Companion& companion, const DiscoverArguments& arguments);
 int runAdd(Companion& companion, const AddArguments& arguments);
 int runRemove(Companion& companion, const RemoveArguments& arguments);
 int runConfig(Companion& companion, const ConfigArguments& arguments);
+int runDiscard(Companion& companion, const DiscardArguments& arguments);
+int runLog(Companion& companion, const LogArguments& arguments);
 
 }  // namespace tarnbeck::cli

@@ -30,6 +30,8 @@ class Companion {
     const ConfigurationPlace& place() const { return place_; }
     ScanLog& log() { return log_; }
     PosixMainLoop& loop() { return loop_; }
+    ProcessLauncher& launcher() { return launcher_; }
+    WorkQueues& queues() { return queues_; }
     GitHubScanner& gitHub() { return gitHub_; }
     RepositoryScanner::Services services();
 

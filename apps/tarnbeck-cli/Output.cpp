@@ -18,10 +18,7 @@ namespace tarnbeck::cli {
 namespace {
 
 [[noreturn]] void endForFailedOutput(int error) {
-    if (error == EPIPE) {
-        std::signal(SIGPIPE, SIG_DFL);
-        std::raise(SIGPIPE);
-    }
+    if (error == EPIPE) endForLostReader();
     complain("can't write: " + systemErrorText(error));
     std::_Exit(exitFailure);
 }
@@ -60,8 +57,18 @@ bool print(std::string_view text) {
     return true;
 }
 
+void endForLostReader() {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+    std::_Exit(128 + SIGPIPE);
+}
+
 void complain(std::string_view message) {
     writeToStandardError(fmt::format("tarnbeck-cli: {}\n", printable(message)));
+}
+
+void showPrompt(std::string_view question) {
+    writeToStandardError(question);
 }
 
 bool standardOutputIsTerminal() {

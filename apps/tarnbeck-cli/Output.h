@@ -19,9 +19,15 @@ void fillMissingStandardStreams();
 // signal came in between.
 bool print(std::string_view text);
 
+// Ends the program as the writer to a pipe that nobody reads any more.
+[[noreturn]] void endForLostReader();
+
 // One line to standard error, with the program's name before it. Control characters are made
 // visible.
 void complain(std::string_view message);
+
+// A question to standard error, without a line feed.
+void showPrompt(std::string_view question);
 
 bool standardOutputIsTerminal();
 

@@ -29,6 +29,8 @@ int main(int argc, char** argv) {
             [&](const AddArguments& arguments) { return runAdd(companion, arguments); },
             [&](const RemoveArguments& arguments) { return runRemove(companion, arguments); },
             [&](const ConfigArguments& arguments) { return runConfig(companion, arguments); },
+            [&](const DiscardArguments& arguments) { return runDiscard(companion, arguments); },
+            [&](const LogArguments& arguments) { return runLog(companion, arguments); },
         },
         std::get<Arguments>(parsed));
 }

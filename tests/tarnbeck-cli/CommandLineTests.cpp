@@ -153,6 +153,40 @@ TEST(CommandLine_Config, PathIsWrongUsage) {
     EXPECT_EQ(answerTo({"config", "x"}).status, 2);
 }
 
+TEST(CommandLine_Discard, TakesARepositoryAndAFile) {
+    const auto arguments = parsed<DiscardArguments>({"discard", "a", "b"});
+    EXPECT_EQ(arguments.path, "a");
+    EXPECT_EQ(arguments.file, "b");
+    EXPECT_FALSE(arguments.yes);
+    EXPECT_TRUE(parsed<DiscardArguments>({"discard", "-y", "a", "b"}).yes);
+    EXPECT_TRUE(parsed<DiscardArguments>({"discard", "a", "b", "--yes"}).yes);
+}
+
+TEST(CommandLine_Discard, AnythingButTwoIsWrongUsage) {
+    EXPECT_EQ(answerTo({"discard"}).status, 2);
+    EXPECT_EQ(answerTo({"discard", "a"}).status, 2);
+    EXPECT_EQ(answerTo({"discard", "a", "b", "c"}).status, 2);
+    EXPECT_EQ(answerTo({"discard", "a", ""}).status, 2);
+}
+
+TEST(CommandLine_Log, TakesItsTwoFlags) {
+    EXPECT_FALSE(parsed<LogArguments>({"log"}).follow);
+    EXPECT_EQ(parsed<LogArguments>({"log"}).lines, std::nullopt);
+    EXPECT_TRUE(parsed<LogArguments>({"log", "-f"}).follow);
+    EXPECT_TRUE(parsed<LogArguments>({"log", "--follow"}).follow);
+    EXPECT_EQ(parsed<LogArguments>({"log", "-n", "5"}).lines, 5U);
+    EXPECT_EQ(parsed<LogArguments>({"log", "-n0"}).lines, 0U);
+    EXPECT_EQ(parsed<LogArguments>({"log", "--lines=7", "-f"}).lines, 7U);
+}
+
+TEST(CommandLine_Log, WhatIsNoNumberOfLinesIsWrongUsage) {
+    for (const char* word : {"-1", "x", "5x", "", "1.5", "99999999999999999999999"}) {
+        EXPECT_EQ(answerTo({"log", "-n", word}).status, 2) << word;
+    }
+    EXPECT_EQ(answerTo({"log", "-n"}).status, 2);
+    EXPECT_EQ(answerTo({"log", "x"}).status, 2);
+}
+
 TEST(CommandLine_Usage, UnknownFlagIsWrongAndNamedOnStandardErrorOnly) {
     const Answer answer = answerTo({"--nope"});
     EXPECT_EQ(answer.status, 2);
@@ -172,13 +206,15 @@ TEST(CommandLine_Usage, EmptyTextIsNoPath) {
 TEST(CommandLine_Help, OfTheProgramNamesEachCommandAndGivesZero) {
     const Answer answer = answerTo({"--help"});
     EXPECT_EQ(answer.status, 0);
-    for (const char* command : {"status", "watch", "discover", "add", "remove", "config"}) {
+    for (const char* command :
+         {"status", "watch", "discover", "add", "remove", "config", "discard", "log"}) {
         EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("  ") + command + " "));
     }
 }
 
 TEST(CommandLine_Help, OfEachCommandGivesZero) {
-    for (const char* command : {"status", "watch", "discover", "add", "remove", "config"}) {
+    for (const char* command :
+         {"status", "watch", "discover", "add", "remove", "config", "discard", "log"}) {
         const Answer answer = answerTo({command, "--help"});
         EXPECT_EQ(answer.status, 0) << command;
         EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("tarnbeck-cli ") + command));
@@ -194,7 +230,8 @@ TEST(CommandLine_Help, WordHelpBeforeACommandMeansItsHelp) {
 }
 
 TEST(CommandLine_Help, NoLineIsWiderThanATerminal) {
-    for (const char* command : {"--help", "status", "watch", "discover", "add", "remove"}) {
+    for (const char* command :
+         {"--help", "status", "watch", "discover", "add", "remove", "discard", "log"}) {
         const Answer answer = answerTo({command, "--help"});
         std::istringstream lines(answer.output);
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;

@@ -84,6 +84,8 @@ Streams openStreams(const ProgramCall& call) {
 [[noreturn]] void becomeProgram(const ProgramCall& call, const Streams& streams) {
     setsid();
     if (streams.terminal) ioctl(streams.terminal.get(), TIOCSCTTY, 0);
+    const bool hears = call.input == ProgramCall::Input::terminal;
+    dup2(hears ? streams.terminal.get() : open("/dev/null", O_RDONLY | O_CLOEXEC), STDIN_FILENO);
     dup2(streams.output.get(), STDOUT_FILENO);
     dup2(streams.errors.get(), STDERR_FILENO);
     if (call.output == ProgramCall::Output::closed) {

@@ -21,6 +21,8 @@ struct ProgramCall {
     // `closed`: standard input is closed too.
     enum class Output { pipe, terminal, fullDisk, closed } output = Output::pipe;
     enum class Errors { pipe, terminal } errors = Errors::pipe;
+    // `terminal`: the one that output or errors are on.
+    enum class Input { nothing, terminal } input = Input::nothing;
     unsigned short columns = 100;    // of the terminal
     bool withoutPrivileges = false;  // file permissions hold even for root
 };

@@ -34,7 +34,7 @@ class ScanLog::File {
   private:
     void rotateIfNeeded(std::int64_t upcomingBytes) {
         if (currentSize_ + upcomingBytes <= largestSize) return;
-        const std::string rotated = std::filesystem::path(path_).replace_extension("log.1");
+        const std::string rotated = earlierGeneration(path_);
         handle_.close();
         std::remove(rotated.c_str());
         std::rename(path_.c_str(), rotated.c_str());
@@ -127,6 +127,10 @@ const std::string& ScanLog::location() const {
         location_ = folder + "/scan.log";
     });
     return location_;
+}
+
+std::string ScanLog::earlierGeneration(const std::string& location) {
+    return std::filesystem::path(location).replace_extension("log.1");
 }
 
 void ScanLog::drain() {

@@ -40,6 +40,9 @@ class ScanLog {
     // Where the lines go. Creates the folder the first time. Any thread.
     const std::string& location() const;
 
+    // Where the lines are that were in the log at `location` before it became too large.
+    static std::string earlierGeneration(const std::string& location);
+
     // Waits until all lines written so far are on disk. Not from the log's own queue.
     void drain();
 
