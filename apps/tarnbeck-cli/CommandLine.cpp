@@ -15,8 +15,9 @@
 namespace tarnbeck::cli {
 namespace {
 
-constexpr auto commands = std::to_array<std::string_view>(
-    {"status", "watch", "issues", "sync", "discover", "add", "remove", "config", "discard", "log"});
+constexpr auto commands =
+    std::to_array<std::string_view>({"status", "watch", "issues", "sync", "discover", "add",
+                                     "remove", "config", "discard", "log", "doctor"});
 constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
 constexpr std::string_view overview =
@@ -38,6 +39,10 @@ constexpr std::string_view legend =
 constexpr std::string_view whatDiscardingDoes =
     "A file that the last commit does not have is deleted. Any other gets back the content\n"
     "that it has there, and what was staged of it goes too. This can't be undone.";
+
+constexpr std::string_view whatDoctorDoes =
+    "It is a report: it changes nothing, and its exit status is 0 whatever it finds. gh asks\n"
+    "GitHub whether its login still holds.";
 
 template <std::size_t count>
 bool isOneOf(const std::array<std::string_view, count>& words, std::string_view word) {
@@ -191,7 +196,8 @@ class Grammar {
           remove_(app, "remove", "Remove repositories from the configuration"),
           config_(app, "config", "Show where the files are and what is set"),
           discard_(app, "discard", "Drop the uncommitted changes of one file"),
-          log_(app, "log", "Print the scan log") {
+          log_(app, "log", "Print the scan log"),
+          doctor_(app, "doctor", "Look for what keeps things from working, and say what helps") {
         declareLooking();
         declareGitHub();
         declareChanging();
@@ -210,6 +216,7 @@ class Grammar {
         if (config_.isChosen()) return config_.arguments;
         if (discard_.isChosen()) return discard_.arguments;
         if (log_.isChosen()) return log_.arguments;
+        if (doctor_.isChosen()) return doctor_.arguments;
         return status_.arguments;
     }
 
@@ -267,6 +274,8 @@ class Grammar {
         log_->add_flag("-f,--follow", log_.arguments.follow, "Stay, and print what comes");
         addCount(log_.app(), "-n,--lines", log_.arguments.lines,
                  "Only the last N lines (10 with --follow)");
+        doctor_->add_flag("--json", doctor_.arguments.json, "Print one JSON array of findings");
+        doctor_->footer(std::string(whatDoctorDoes));
     }
 
     Command<StatusArguments> status_;
@@ -279,6 +288,7 @@ class Grammar {
     Command<ConfigArguments> config_;
     Command<DiscardArguments> discard_;
     Command<LogArguments> log_;
+    Command<DoctorArguments> doctor_;
 };
 
 }  // namespace

@@ -52,10 +52,13 @@ struct LogArguments {
     bool follow = false;
     std::optional<std::size_t> lines;  // absent: all, and the usual number when it follows
 };
+struct DoctorArguments {
+    bool json = false;
+};
 
-using Arguments =
-    std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments, DiscoverArguments,
-                 AddArguments, RemoveArguments, ConfigArguments, DiscardArguments, LogArguments>;
+using Arguments = std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments,
+                               DiscoverArguments, AddArguments, RemoveArguments, ConfigArguments,
+                               DiscardArguments, LogArguments, DoctorArguments>;
 
 // What is to be done, or the exit status of a call that is already answered (help, version, wrong
 // usage), whose answer has been printed.

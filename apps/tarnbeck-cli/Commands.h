@@ -16,5 +16,6 @@ int runRemove(Companion& companion, const RemoveArguments& arguments);
 int runConfig(Companion& companion, const ConfigArguments& arguments);
 int runDiscard(Companion& companion, const DiscardArguments& arguments);
 int runLog(Companion& companion, const LogArguments& arguments);
+int runDoctor(Companion& companion, const DoctorArguments& arguments);
 
 }  // namespace tarnbeck::cli

@@ -31,6 +31,7 @@ int main(int argc, char** argv) {
             [&](const ConfigArguments& arguments) { return runConfig(companion, arguments); },
             [&](const DiscardArguments& arguments) { return runDiscard(companion, arguments); },
             [&](const LogArguments& arguments) { return runLog(companion, arguments); },
+            [&](const DoctorArguments& arguments) { return runDoctor(companion, arguments); },
         },
         std::get<Arguments>(parsed));
 }

@@ -187,6 +187,15 @@ TEST(CommandLine_Log, WhatIsNoNumberOfLinesIsWrongUsage) {
     EXPECT_EQ(answerTo({"log", "x"}).status, 2);
 }
 
+TEST(CommandLine_Doctor, TakesJson) {
+    EXPECT_TRUE(parsed<DoctorArguments>({"doctor", "--json"}).json);
+    EXPECT_FALSE(parsed<DoctorArguments>({"doctor"}).json);
+}
+
+TEST(CommandLine_Doctor, PathIsWrongUsage) {
+    EXPECT_EQ(answerTo({"doctor", "x"}).status, 2);
+}
+
 TEST(CommandLine_Usage, UnknownFlagIsWrongAndNamedOnStandardErrorOnly) {
     const Answer answer = answerTo({"--nope"});
     EXPECT_EQ(answer.status, 2);
@@ -207,14 +216,14 @@ TEST(CommandLine_Help, OfTheProgramNamesEachCommandAndGivesZero) {
     const Answer answer = answerTo({"--help"});
     EXPECT_EQ(answer.status, 0);
     for (const char* command :
-         {"status", "watch", "discover", "add", "remove", "config", "discard", "log"}) {
+         {"status", "watch", "discover", "add", "remove", "config", "discard", "log", "doctor"}) {
         EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("  ") + command + " "));
     }
 }
 
 TEST(CommandLine_Help, OfEachCommandGivesZero) {
     for (const char* command :
-         {"status", "watch", "discover", "add", "remove", "config", "discard", "log"}) {
+         {"status", "watch", "discover", "add", "remove", "config", "discard", "log", "doctor"}) {
         const Answer answer = answerTo({command, "--help"});
         EXPECT_EQ(answer.status, 0) << command;
         EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("tarnbeck-cli ") + command));
@@ -231,7 +240,7 @@ TEST(CommandLine_Help, WordHelpBeforeACommandMeansItsHelp) {
 
 TEST(CommandLine_Help, NoLineIsWiderThanATerminal) {
     for (const char* command :
-         {"--help", "status", "watch", "discover", "add", "remove", "discard", "log"}) {
+         {"--help", "status", "watch", "discover", "add", "remove", "discard", "log", "doctor"}) {
         const Answer answer = answerTo({command, "--help"});
         std::istringstream lines(answer.output);
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;

@@ -93,9 +93,9 @@ Streams openStreams(const ProgramCall& call) {
         close(STDOUT_FILENO);
     }
     if (call.withoutPrivileges) giveUpRootRights();
-    std::vector<std::string> environment = {"PATH=/usr/bin:/bin", "LC_ALL=C.UTF-8"};
+    std::vector<std::string> environment = call.environment;  // of equal names the first counts
+    environment.insert(environment.end(), {"PATH=/usr/bin:/bin", "LC_ALL=C.UTF-8"});
     if (call.home) environment.push_back("HOME=" + *call.home);
-    environment.insert(environment.end(), call.environment.begin(), call.environment.end());
     std::vector<std::string> words = {TARNBECK_CLI};
     words.insert(words.end(), call.arguments.begin(), call.arguments.end());
     const auto pointers = [](std::vector<std::string>& texts) {

@@ -15,9 +15,10 @@ namespace tarnbeck::testing {
 
 struct ProgramCall {
     std::vector<std::string> arguments;
-    std::optional<std::string> home;            // absent: HOME is not set
-    std::string folder = "/";                   // where it is run
-    std::vector<std::string> environment = {};  // "NAME=value", besides HOME, PATH and LC_ALL
+    std::optional<std::string> home;  // absent: HOME is not set
+    std::string folder = "/";         // where it is run
+    // "NAME=value", besides HOME, PATH and LC_ALL or in their place.
+    std::vector<std::string> environment = {};
     // `closed`: standard input is closed too.
     enum class Output { pipe, terminal, fullDisk, closed } output = Output::pipe;
     enum class Errors { pipe, terminal } errors = Errors::pipe;

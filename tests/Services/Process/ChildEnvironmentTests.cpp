@@ -70,6 +70,14 @@ TEST_F(RunCommand_Child, GetsExactlyItsFiveVariablesWithTheUsersToolsFirst) {
                             "LC_ALL=C", "CI=true", "COREPACK_ENABLE_NETWORK=0"));
 }
 
+TEST_F(RunCommand_Child, GetsExactlyTheVariablesThatItsRunnerWasGiven) {
+    const DependencyCommandRunner runner({"HOME=/home/somebody", "OTHER=1"}, launcher_);
+    const auto result =
+        runner.runCommand({.executable = BAD_CHILD, .args = {"describe"}, .timeout = 15s});
+    EXPECT_THAT(valuesOf("environment", result.stdout),
+                ElementsAre("HOME=/home/somebody", "OTHER=1"));
+}
+
 TEST_F(GitCommand_Child, RunsTheSystemsGitUnlessToldOtherwise) {
     EXPECT_EQ(GitCommand::Options{}.executable, "/usr/bin/git");
 }

@@ -1,5 +1,7 @@
 #include "DependencyCommandRunner.h"
 
+#include <utility>
+
 #include "ProcessPipeReader.h"
 #include "Text.h"
 
@@ -8,12 +10,14 @@ namespace tarnbeck {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-// Tools that a user installed come before the system's: the opposite of the order that git gets.
 DependencyCommandRunner::DependencyCommandRunner(const std::string& home, ProcessLauncher& launcher)
-    : environment_{"HOME=" + home,
-                   "PATH=/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin",
-                   "LC_ALL=C", "CI=true", "COREPACK_ENABLE_NETWORK=0"},
-      launcher_(launcher) {}
+    : DependencyCommandRunner({"HOME=" + home, "PATH=" + std::string(searchPath), "LC_ALL=C",
+                               "CI=true", "COREPACK_ENABLE_NETWORK=0"},
+                              launcher) {}
+
+DependencyCommandRunner::DependencyCommandRunner(ImmutableList<std::string> environment,
+                                                 ProcessLauncher& launcher)
+    : environment_(std::move(environment)), launcher_(launcher) {}
 
 CommandResult DependencyCommandRunner::runCommand(const Command& command) const {
     auto launched = launcher_.launch({.executable = command.executable,

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ProcessLauncher.h"
@@ -36,8 +37,15 @@ using CommandRunner = std::function<CommandResult(const Command&)>;
 
 class DependencyCommandRunner {
   public:
+    // Where tools are looked for. Those that a user installed come before the system's: the
+    // opposite of the order that git gets.
+    static constexpr std::string_view searchPath =
+        "/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin";
+
     // `launcher` must outlive it.
     DependencyCommandRunner(const std::string& home, ProcessLauncher& launcher);
+    // The same care with another environment, "NAME=value", all of it.
+    DependencyCommandRunner(ImmutableList<std::string> environment, ProcessLauncher& launcher);
 
     // Never fails and logs nothing: the caller decides. What was printed before a time-out is told
     // when the pipes reached their end. Blocks, never from the main thread; any number of threads.
