@@ -1,26 +1,34 @@
 // Repositories to measure with, and what an engine in earnest consists of.
 #pragma once
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "GitCommand.h"
+#include "GitHubScanner.h"
 #include "NameCollator.h"
+#include "Paths.h"
 #include "PosixMainLoop.h"
 #include "PosixProcessLauncher.h"
 #include "RepositoryScanner.h"
 #include "ScanLog.h"
+#include "SystemFileEvents.h"
 #include "ThreadedWorkQueues.h"
 
 namespace tarnbeck::benchmark {
 
-// A folder that goes with this.
+// A folder that goes with this. It lies in the home, since "tmp" is a name below which nothing is
+// watched.
 class Folder {
   public:
     Folder() {
-        std::string pattern = std::filesystem::temp_directory_path() / "tarnbeck-bench-XXXXXX";
+        std::string pattern = userHome() + "/tarnbeck-bench-XXXXXX";
         path_ = mkdtemp(pattern.data());
     }
     ~Folder() { std::filesystem::remove_all(path_); }
@@ -68,9 +76,22 @@ struct Engine {
                 .queues = queues,
                 .log = log,
                 .collator = collator,
-                .git = [this](const GitInvocation& invocation) { return git.run(invocation); },
-                .home = home};
+                .git = [this](const GitInvocation& invocation) { return runGit(invocation); },
+                .home = home,
+                .fileEvents = fileEvents.get()};
     }
+
+    // Real scans of these repositories, not started by themselves.
+    RepositoryScanner::Options options(AppConfiguration configuration) {
+        auto made = RepositoryScanner::ordinaryOptions(
+            services(), gitHub, {.home = home, .report = [](std::string_view) {}},
+            std::move(configuration));
+        made.autoStart = false;
+        return made;
+    }
+
+    // Told of each command that the scanner has run, and how long it took. Any thread.
+    std::function<void(const GitInvocation&, std::chrono::nanoseconds)> observeGit;
 
     std::string home;
     PosixMainLoop loop;
@@ -78,7 +99,24 @@ struct Engine {
     ThreadedWorkQueues queues;
     ScanLog log{{.home = home}, loop, queues};
     GitCommand git{{.home = home}, launcher, log};
+    GitHubScanner gitHub{
+        {.home = home},
+        {.launcher = launcher,
+         .git = [this](const GitInvocation& invocation) { return git.run(invocation); },
+         .log = log,
+         .clock = loop,
+         .queues = queues}};
+    std::unique_ptr<FileEvents> fileEvents = makeFileEvents();
     NameCollator collator;
+
+  private:
+    std::optional<std::string> runGit(const GitInvocation& invocation) {
+        if (!observeGit) return git.run(invocation);
+        const auto start = std::chrono::steady_clock::now();
+        auto output = git.run(invocation);
+        observeGit(invocation, std::chrono::steady_clock::now() - start);
+        return output;
+    }
 };
 
 }  // namespace tarnbeck::benchmark

@@ -46,13 +46,6 @@ Cost costOf(Work work) {
     return {wall.count(), ownProcessorTime() - processor};
 }
 
-RepositoryScanner::Options optionsFor(const RepositoryScanner::Services& services,
-                                      const AppConfiguration& configuration) {
-    auto options = RepositoryScanner::ordinaryOptions(services, configuration);
-    options.autoStart = false;
-    return options;
-}
-
 void scanAll(RepositoryScanner& scanner, PosixMainLoop& loop) {
     const auto observation = scanner.observe([&](RepositoryScanner::Property property) {
         if (property == RepositoryScanner::Property::isScanning && !scanner.isScanning()) {
@@ -73,16 +66,15 @@ int main() {
 
     std::vector<std::vector<std::string>> commands;
     {
-        auto services = engine.services();
-        services.git = [&](const GitInvocation& invocation) {
+        engine.observeGit = [&](const GitInvocation& invocation, auto) {
             commands.push_back(invocation.executableArgs);
-            return engine.git.run(invocation);
         };
-        RepositoryScanner recording(services, optionsFor(services, configuration));
+        RepositoryScanner recording(engine.services(), engine.options(configuration));
         scanAll(recording, engine.loop);
+        engine.observeGit = nullptr;
     }
 
-    RepositoryScanner scanner(engine.services(), optionsFor(engine.services(), configuration));
+    RepositoryScanner scanner(engine.services(), engine.options(configuration));
     Cost bare;
     Cost own;
     for (int round = 0; round < rounds; ++round) {

@@ -2,7 +2,7 @@
 #include "Fuzzing.h"
 #include "GitHubIssue.h"
 #include "GitHubPullRequest.h"
-#include "JsonCoding.h"
+#include "JsonText.h"
 
 template <class Type>
 void expectToComeBack(std::string_view text) {
@@ -11,6 +11,8 @@ void expectToComeBack(std::string_view text) {
     const auto again =
         tarnbeck::decodedJson<Type>(tarnbeck::jsonText(tarnbeck::encodedJson(*record)));
     promise(again && *again == *record);
+    promise(tarnbeck::encodedJsonText(*record) ==
+            tarnbeck::jsonText(tarnbeck::encodedJson(*record)));
 }
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -73,6 +73,35 @@ TEST_F(AtomicFile, ReplacesTheOldContentAndKeepsItsMode) {
     EXPECT_EQ(modeOf(path_), 0640U);
 }
 
+TEST_F(AtomicFile, WritesManyPiecesBehindEachOther) {
+    std::vector<std::string> texts;
+    std::string whole;
+    for (int index = 0; index < 5000; ++index) {
+        texts.push_back(index % 3 == 0 ? "" : std::to_string(index));
+        whole += texts.back();
+    }
+    const std::vector<std::string_view> pieces(texts.begin(), texts.end());
+    EXPECT_EQ(writeFileAtomically(path_, pieces, 0600), std::nullopt);
+    EXPECT_EQ(contentOf(path_), whole);
+}
+
+TEST_F(AtomicFile, NoPiecesAreAnEmptyFile) {
+    EXPECT_EQ(writeFileAtomically(path_, std::vector<std::string_view>(), 0600), std::nullopt);
+    EXPECT_EQ(contentOf(path_), "");
+}
+
+TEST_F(AtomicFile, PieceThatDoesNotFitLeavesTheOldFile) {
+    folder_.write("file", "old");
+    const std::string text(60'000, 'x');
+    {
+        const FileSizeLimit limit(100'000);
+        EXPECT_EQ(writeFileAtomically(path_, std::vector<std::string_view>{text, text}, 0600),
+                  "File too large");
+    }
+    EXPECT_EQ(contentOf(path_), "old");
+    EXPECT_EQ(filesInFolder(), 1);
+}
+
 TEST_F(AtomicFile, WritesAnyBytesOfAnyLength) {
     std::string bytes;
     for (int index = 0; index < 3'000'000; ++index) bytes += static_cast<char>(index * 7);

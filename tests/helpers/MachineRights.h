@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tarnbeck::testing {
 
@@ -25,5 +26,15 @@ void giveUpRootRights();
 // thread. Absent when it ran; otherwise the reason why this machine can't do it.
 std::optional<std::string> runOnSmallDisk(const std::string& folder, std::size_t bytes,
                                           const std::function<void()>& action);
+
+struct Mount {
+    std::string source;  // a file or a folder
+    std::string target;  // one of the same kind, where `source` is to be seen
+};
+
+// Runs `action` on a thread that alone, with the children that it starts, sees each source at its
+// target. Absent when it ran; otherwise the reason why this machine can't do it.
+std::optional<std::string> runWithMounts(const std::vector<Mount>& mounts,
+                                         const std::function<void()>& action);
 
 }  // namespace tarnbeck::testing

@@ -49,17 +49,19 @@ class ObservedEvents {
     bool waitFor(const std::string& path) {
         return waitUntil([&] { return paths_.contains(path); });
     }
+    bool waitUntilTold(const std::function<bool(const std::set<std::string>&)>& isEnough) {
+        return waitUntil([&] { return isEnough(paths_); });
+    }
+    // Until it was told, or more losses than `known` were.
+    bool waitForOrLoss(const std::string& path, std::size_t known) {
+        return waitUntil([&] { return paths_.contains(path) || losses_ > known; });
+    }
     bool waitForLoss() {
         return waitUntil([&] { return losses_ > 0; });
     }
     bool waitForBatches(std::size_t count) {
         return waitUntil([&] { return batches_.size() >= count; });
     }
-    bool waitUntil(const std::function<bool()>& isTrue) {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, std::chrono::seconds(60), isTrue);
-    }
-
     // From here on deliveries wait inside the call until `letGo`.
     void hold() { setHeld(true); }
     void letGo() { setHeld(false); }
@@ -95,6 +97,10 @@ class ObservedEvents {
     }
 
   private:
+    bool waitUntil(const std::function<bool()>& isTrue) {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, std::chrono::seconds(60), isTrue);
+    }
     void note(FileEventBatch batch) {
         std::unique_lock lock(mutex_);
         paths_.insert(batch.paths.begin(), batch.paths.end());

@@ -1,6 +1,11 @@
+#include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <mutex>
+#include <thread>
 
 #include "GitFixture.h"
 #include "Json.h"
@@ -12,6 +17,36 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Not;
+
+// Does something again every 7 seconds as long as this lives: what happens before the watcher
+// stands is not seen.
+class PersistentUser {
+  public:
+    explicit PersistentUser(std::function<void(int time)> action)
+        : thread_([this, action = std::move(action)] {
+              std::unique_lock lock(mutex_);
+              for (int time = 0; !over_; ++time) {
+                  action(time);
+                  ended_.wait_for(lock, std::chrono::seconds(7), [this] { return over_; });
+              }
+          }) {}
+    ~PersistentUser() {
+        {
+            const std::lock_guard lock(mutex_);
+            over_ = true;
+        }
+        ended_.notify_all();
+        thread_.join();
+    }
+    PersistentUser(const PersistentUser&) = delete;
+    PersistentUser& operator=(const PersistentUser&) = delete;
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable ended_;
+    bool over_ = false;  // guarded by `mutex_`
+    std::thread thread_;
+};
 
 class WatchEndToEnd : public ::testing::Test {
   protected:
@@ -83,6 +118,33 @@ TEST_F(WatchEndToEnd, JsonStaysPureWhenTheConfigurationIsCorrupt) {
     }
     program.signal(SIGTERM);
     EXPECT_THAT(program.wait().errors, HasSubstr("Failed to load config: "));
+}
+
+TEST_F(WatchEndToEnd, ChangeOnDiskShowsByItself) {
+    makeRepository(folder / "projects/alpha");
+    makeRepository(folder / "projects/beta");
+    RunningProgram program(watch());
+    EXPECT_EQ(program.readLine(), "✓ alpha  main  No upstream");
+    EXPECT_EQ(program.readLine(), "✓ beta   main  No upstream");
+    EXPECT_EQ(program.readLine(), "2 repositories · 2 clean");
+    PersistentUser user(
+        [&](int time) { folder.write("projects/beta/file.txt", std::to_string(time)); });
+    EXPECT_THAT(program.readLine(), HasSubstr("✎ beta  main  No upstream  1 change"));
+}
+
+TEST_F(WatchEndToEnd, JsonTellsAChangeOnDiskWithoutAScanOfAll) {
+    const std::string path = makeRepository(folder / "projects/alpha");
+    RunningProgram program(watch({"--json"}));
+    while (program.readLine().find("scanFinished") == std::string::npos) {
+    }
+    PersistentUser user([&](int time) {
+        git(path, {"checkout", "-q", "-B", "topic" + std::to_string(time)});
+    });
+    const std::string line = program.readLine();
+    const auto json = parsedJson(line);
+    ASSERT_TRUE(json) << line;
+    EXPECT_EQ(json->at("event").as_string(), "repository");
+    EXPECT_TRUE(json->at("repository").at("currentBranch").as_string().starts_with("topic"));
 }
 
 class WatchEndToEnd_Signals : public WatchEndToEnd, public ::testing::WithParamInterface<int> {};

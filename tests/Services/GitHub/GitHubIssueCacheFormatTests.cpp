@@ -7,12 +7,23 @@ namespace {
 
 using GitHubIssueCacheFormat::CacheEntry;
 using GitHubIssueCacheFormat::decoded;
-using GitHubIssueCacheFormat::encoded;
+using GitHubIssueCacheFormat::Encoder;
 using GitHubIssueCacheFormat::Entries;
 using testing::dataWith;
 
 CacheEntry entryAt(double seconds, const GitHubRepositoryData& data = {}) {
-    return {.data = data, .fetchedAt = dateFromSecondsSince2001(seconds)};
+    return {.fetchedAt = dateFromSecondsSince2001(seconds), .data = data};
+}
+
+std::string joinedPieces(Encoder& encoder, const Entries& entries) {
+    std::string text;
+    for (const std::string_view piece : encoder.pieces(entries)) text += piece;
+    return text;
+}
+
+std::string encoded(const Entries& entries) {
+    Encoder encoder;
+    return joinedPieces(encoder, entries);
 }
 
 constexpr std::string_view issueText =
@@ -52,6 +63,24 @@ TEST(GitHubIssueCacheFormat_Writing, PathsAndTextsAreEscaped) {
 
 TEST(GitHubIssueCacheFormat_Writing, PathThatIsNotUtf8IsReplacedAndStillOneFile) {
     EXPECT_TRUE(decoded(encoded({{"/a\xFF", entryAt(5)}, {"/b", entryAt(5)}})));
+}
+
+TEST(GitHubIssueCacheFormat_Writing, EntryThatChangedOrCameIsWrittenAsItIsNow) {
+    Encoder encoder;
+    Entries entries{{"/b", entryAt(5, dataWith(1, 1))}, {"/c", entryAt(5)}};
+    joinedPieces(encoder, entries);
+    entries["/b"] = entryAt(5, dataWith(2, 1));
+    entries["/c"] = entryAt(6);
+    entries["/a"] = entryAt(7);
+    EXPECT_EQ(joinedPieces(encoder, entries), encoded(entries));
+}
+
+TEST(GitHubIssueCacheFormat_Writing, EntryThatStayedIsNotEncodedAnew) {
+    Encoder encoder;
+    Entries entries{{"/a", entryAt(5, dataWith(1, 1))}, {"/b", entryAt(5, dataWith(1, 1))}};
+    const char* text = encoder.pieces(entries)[2].data();
+    entries["/a"] = entryAt(6);
+    EXPECT_EQ(encoder.pieces(entries)[2].data(), text);
 }
 
 TEST(GitHubIssueCacheFormat_Reading, GivesBackWhatWasWritten) {

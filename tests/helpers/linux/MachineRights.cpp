@@ -29,15 +29,43 @@ void setFileRights(bool held) {
     syscall(SYS_capset, &header, rights.data());
 }
 
-std::optional<std::string> failureOfMounting(const std::string& folder, std::size_t bytes) {
-    const auto failure = [](const std::string& step) {
-        return step + ": " + std::generic_category().message(errno);
-    };
+std::string failure(const std::string& step) {
+    return step + ": " + std::generic_category().message(errno);
+}
+
+// Lets the calling thread see mounts that nobody else sees.
+std::optional<std::string> failureOfOwnMounts() {
     if (unshare(CLONE_NEWNS) != 0) return failure("no mounts of its own");
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return failure("private");
+    return std::nullopt;
+}
+
+std::optional<std::string> failureOfSmallDisk(const std::string& folder, std::size_t bytes) {
+    if (auto reason = failureOfOwnMounts()) return reason;
     const std::string options = "size=" + std::to_string(bytes);
     if (mount("none", folder.c_str(), "tmpfs", 0, options.c_str()) != 0) return failure("mount");
     return std::nullopt;
+}
+
+std::optional<std::string> failureOfMounts(const std::vector<Mount>& mounts) {
+    if (auto reason = failureOfOwnMounts()) return reason;
+    for (const auto& [source, target] : mounts) {
+        if (mount(source.c_str(), target.c_str(), nullptr, MS_BIND, nullptr) != 0) {
+            return failure(target);
+        }
+    }
+    return std::nullopt;
+}
+
+// Runs `action` on a thread of its own, unless `prepare` fails there.
+template <class Prepare>
+std::optional<std::string> runPrepared(Prepare prepare, const std::function<void()>& action) {
+    std::optional<std::string> reason;
+    std::thread([&] {
+        reason = prepare();
+        if (!reason) action();
+    }).join();
+    return reason;
 }
 
 }  // namespace
@@ -56,12 +84,12 @@ void giveUpRootRights() {
 
 std::optional<std::string> runOnSmallDisk(const std::string& folder, std::size_t bytes,
                                           const std::function<void()>& action) {
-    std::optional<std::string> failure;
-    std::thread([&] {
-        failure = failureOfMounting(folder, bytes);
-        if (!failure) action();
-    }).join();
-    return failure;
+    return runPrepared([&] { return failureOfSmallDisk(folder, bytes); }, action);
+}
+
+std::optional<std::string> runWithMounts(const std::vector<Mount>& mounts,
+                                         const std::function<void()>& action) {
+    return runPrepared([&] { return failureOfMounts(mounts); }, action);
 }
 
 }  // namespace tarnbeck::testing

@@ -13,4 +13,9 @@ std::optional<std::string> runOnSmallDisk(const std::string& /*folder*/, std::si
     return "no disk for one thread alone on this system";
 }
 
+std::optional<std::string> runWithMounts(const std::vector<Mount>& /*mounts*/,
+                                         const std::function<void()>& /*action*/) {
+    return "no mounts for one thread alone on this system";
+}
+
 }  // namespace tarnbeck::testing

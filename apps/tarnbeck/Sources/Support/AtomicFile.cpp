@@ -1,13 +1,16 @@
 #include "AtomicFile.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <optional>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include "FileDescriptor.h"
@@ -40,11 +43,31 @@ FileDescriptor createBeside(const std::string& target, mode_t mode, std::string&
     }
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+// Leaves of `buffers` what lies behind the first `count` bytes.
+std::span<iovec> withoutFirst(std::span<iovec> buffers, std::size_t count) {
+    while (!buffers.empty() && count >= buffers.front().iov_len) {
+        count -= buffers.front().iov_len;
+        buffers = buffers.subspan(1);
+    }
+    if (count > 0) {
+        buffers.front().iov_base = static_cast<char*>(buffers.front().iov_base) + count;
+        buffers.front().iov_len -= count;
+    }
+    return buffers;
+}
+
+// Many pieces in one call, which the system takes in as fast as a single one.
+bool writeAll(int descriptor, std::span<const std::string_view> pieces) {
+    std::vector<iovec> buffers;
+    for (const std::string_view piece : pieces) {
+        buffers.push_back({.iov_base = const_cast<char*>(piece.data()), .iov_len = piece.size()});
+    }
+    std::span<iovec> rest = withoutFirst(buffers, 0);
+    while (!rest.empty()) {
+        const auto batch = rest.first(std::min<std::size_t>(rest.size(), IOV_MAX));
+        const ssize_t count = writev(descriptor, batch.data(), static_cast<int>(batch.size()));
         if (count >= 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(count));
+            rest = withoutFirst(rest, static_cast<std::size_t>(count));
         } else if (errno != EINTR) {
             return false;
         }
@@ -64,6 +87,12 @@ void flushFolderOf(const std::string& file) {
 
 std::optional<std::string> writeFileAtomically(const std::string& path, std::string_view bytes,
                                                mode_t mode) {
+    return writeFileAtomically(path, {&bytes, 1}, mode);
+}
+
+std::optional<std::string> writeFileAtomically(const std::string& path,
+                                               std::span<const std::string_view> pieces,
+                                               mode_t mode) {
     const std::string target = resolvedTarget(path);
     struct stat existing {};
     const bool replaces = stat(target.c_str(), &existing) == 0;
@@ -71,7 +100,7 @@ std::optional<std::string> writeFileAtomically(const std::string& path, std::str
     FileDescriptor file = createBeside(target, mode, temporary);
     if (!file) return systemErrorText(errno);
     const bool written = (!replaces || fchmod(file.get(), existing.st_mode & 07777) == 0) &&
-                         writeAll(file.get(), bytes) && fsync(file.get()) == 0;
+                         writeAll(file.get(), pieces) && fsync(file.get()) == 0;
     int error = written ? 0 : errno;
     file.close();
     if (written && rename(temporary.c_str(), target.c_str()) != 0) error = errno;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,11 @@ namespace tarnbeck {
 // a new one gets `mode` (less the umask). Absent on success; otherwise the system's words, with the
 // old file untouched and nothing left behind. Blocks on the disk; any thread.
 std::optional<std::string> writeFileAtomically(const std::string& path, std::string_view bytes,
+                                               mode_t mode);
+
+// The same with content that lies in pieces.
+std::optional<std::string> writeFileAtomically(const std::string& path,
+                                               std::span<const std::string_view> pieces,
                                                mode_t mode);
 
 }  // namespace tarnbeck

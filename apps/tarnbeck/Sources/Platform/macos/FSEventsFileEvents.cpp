@@ -73,7 +73,7 @@ Owned<CFArrayRef> arrayOf(const std::vector<Root>& roots) {
     Owned<CFArrayRef> owned(array);
     for (const Root& root : roots) {
         const Owned<CFStringRef> path(
-            CFStringCreateWithFileSystemRepresentation(kCFAllocatorDefault, root.given.c_str()));
+            CFStringCreateWithFileSystemRepresentation(kCFAllocatorDefault, root.real.c_str()));
         if (!path) return nullptr;
         CFArrayAppendValue(array, path.get());
     }

@@ -30,21 +30,26 @@ void GitHubIssueCache::drain() {
     queue_->drain();
 }
 
-void GitHubIssueCache::loadOnce() const {
+std::shared_ptr<const GitHubIssueCache::Entries> GitHubIssueCache::entries() const {
     std::call_once(loaded_, [this] {
         const Result<std::string> bytes = readFile(cacheFile_);
-        if (!bytes) return;
-        auto entries = GitHubIssueCacheFormat::decoded(*bytes);
-        const std::lock_guard lock(mutex_);
-        if (entries) cache_ = *std::move(entries);
+        auto found = bytes ? GitHubIssueCacheFormat::decoded(*bytes) : std::nullopt;
+        publish(std::make_shared<const Entries>(std::move(found).value_or(Entries())));
     });
+    const std::lock_guard lock(mutex_);
+    return cache_;
+}
+
+// What was there before is freed after the lock has gone.
+void GitHubIssueCache::publish(std::shared_ptr<const Entries> entries) const {
+    const std::lock_guard lock(mutex_);
+    cache_.swap(entries);
 }
 
 std::optional<GitHubIssueCache::CacheEntry> GitHubIssueCache::entry(const std::string& path) const {
-    loadOnce();
-    const std::lock_guard lock(mutex_);
-    const auto found = cache_.find(path);
-    if (found == cache_.end()) return std::nullopt;
+    const auto present = entries();
+    const auto found = present->find(path);
+    if (found == present->end()) return std::nullopt;
     return found->second;
 }
 
@@ -55,43 +60,35 @@ std::optional<GitHubRepositoryData> GitHubIssueCache::cachedData(const std::stri
 }
 
 void GitHubIssueCache::store(const GitHubRepositoryData& data, const std::string& path) {
-    loadOnce();
-    CacheEntry entry{.data = data, .fetchedAt = tools_.clock.wallNow()};
-    const auto kept = exchangeEntry(path, entry);
+    const auto kept = replaceEntry(path, {.fetchedAt = tools_.clock.wallNow(), .data = data});
     if (!kept) return persistSoon();
     tools_.log.write(
         fmt::format("ISSUES CACHE GUARD: not caching empty result for {} (had {} issues, {} PRs)",
                     path, kept->issues.size(), kept->pullRequests.size()));
 }
 
-std::optional<GitHubRepositoryData> GitHubIssueCache::exchangeEntry(const std::string& path,
-                                                                    CacheEntry& entry) {
-    const std::lock_guard lock(mutex_);
-    const auto [present, isNew] = cache_.try_emplace(path);
-    if (!isNew && isEmpty(entry.data) && !isEmpty(present->second.data)) {
-        return present->second.data;
-    }
-    std::swap(present->second, entry);
+std::optional<GitHubRepositoryData> GitHubIssueCache::replaceEntry(const std::string& path,
+                                                                   CacheEntry entry) {
+    const std::lock_guard lock(storing_);
+    Entries next = *entries();
+    CacheEntry& present = next[path];
+    if (isEmpty(entry.data) && !isEmpty(present.data)) return present.data;
+    present = std::move(entry);
+    publish(std::make_shared<const Entries>(std::move(next)));
     return std::nullopt;
 }
 
 void GitHubIssueCache::persistSoon() {
-    {
-        const std::lock_guard lock(mutex_);
-        if (std::exchange(persistWaits_, true)) return;
-    }
+    if (persistWaits_.exchange(true)) return;
     queue_->post([this] { persistCache(); });
 }
 
 void GitHubIssueCache::persistCache() {
-    const auto entries = [this] {
-        const std::lock_guard lock(mutex_);
-        persistWaits_ = false;
-        return cache_;
-    }();
+    persistWaits_ = false;  // whoever stores from here on asks for a writing of their own
+    const auto present = entries();
     // Where the folder can't be made, writing fails too, unless it was there all the same.
     createDirectories(std::string(parentPath(cacheFile_)), 0700);
-    writeFileAtomically(cacheFile_, GitHubIssueCacheFormat::encoded(entries), 0600);
+    writeFileAtomically(cacheFile_, encoder_.pieces(*present), 0600);
 }
 
 }  // namespace tarnbeck

@@ -7,6 +7,7 @@
 // of writing leave the old file, and are otherwise without consequence.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -55,19 +56,23 @@ class GitHubIssueCache {
     void drain();
 
   private:
-    void loadOnce() const;
-    // Puts `entry` into its place and leaves the previous one in it, to be freed outside the lock.
-    // Where the guard forbids that, the data that stays instead.
-    std::optional<GitHubRepositoryData> exchangeEntry(const std::string& path, CacheEntry& entry);
+    using Entries = GitHubIssueCacheFormat::Entries;
+
+    std::shared_ptr<const Entries> entries() const;
+    void publish(std::shared_ptr<const Entries> entries) const;
+    // Absent when the entry was replaced; where the guard forbids that, the data that stays.
+    std::optional<GitHubRepositoryData> replaceEntry(const std::string& path, CacheEntry entry);
     void persistSoon();
     void persistCache();
 
     const std::string cacheFile_;
     const Tools tools_;
     mutable std::once_flag loaded_;
-    mutable std::mutex mutex_;  // held for moments only: guards what follows
-    mutable GitHubIssueCacheFormat::Entries cache_;
-    bool persistWaits_ = false;
+    std::mutex storing_;        // held by who makes the next state out of the present one
+    mutable std::mutex mutex_;  // held for a moment only, since readers wait for it
+    mutable std::shared_ptr<const Entries> cache_;  // guarded by `mutex_`
+    std::atomic<bool> persistWaits_ = false;
+    GitHubIssueCacheFormat::Encoder encoder_;  // touched on the queue only
     std::shared_ptr<SerialQueue> queue_;
 };
 

@@ -26,10 +26,20 @@ CacheEntry decodedEntry(const JsonValue& json) {
     StoredEntry stored;
     decodeJson(json, stored);
     return {
+        .fetchedAt = stored.fetchedAt,
         .data = {.issues = std::move(stored.issues).value_or(ImmutableList<GitHubIssue>()),
                  .pullRequests =
-                     std::move(stored.pullRequests).value_or(ImmutableList<GitHubPullRequest>())},
-        .fetchedAt = stored.fetchedAt};
+                     std::move(stored.pullRequests).value_or(ImmutableList<GitHubPullRequest>())}};
+}
+
+// A member of the file's object, with a comma in front.
+std::string encodedMember(std::string_view path, const CacheEntry& entry) {
+    std::string json = ",";
+    JsonText::appendText(json, path);
+    json += ':';
+    appendJson(json, StoredEntry{entry.data.issues, entry.data.pullRequests, entry.fetchedAt});
+    json.shrink_to_fit();
+    return json;
 }
 
 }  // namespace
@@ -50,16 +60,18 @@ std::optional<Entries> decoded(std::string_view bytes) {
     }
 }
 
-std::string encoded(const Entries& entries) {
-    std::string json = "{";
+std::vector<std::string_view> Encoder::pieces(const Entries& entries) {
+    std::vector<std::string_view> texts = {"{"};
     for (const auto& [path, entry] : entries) {
-        if (json.size() > 1) json += ',';
-        JsonText::appendText(json, path);
-        json += ':';
-        appendJson(json, StoredEntry{entry.data.issues, entry.data.pullRequests, entry.fetchedAt});
+        const auto [piece, isNew] = pieces_.try_emplace(path);
+        if (isNew || piece->second.entry != entry) {
+            piece->second = {.entry = entry, .text = encodedMember(path, entry)};
+        }
+        texts.emplace_back(piece->second.text);
     }
-    json += '}';
-    return json;
+    if (texts.size() > 1) texts[1].remove_prefix(1);
+    texts.emplace_back("}");
+    return texts;
 }
 
 }  // namespace tarnbeck::GitHubIssueCacheFormat

@@ -2,10 +2,12 @@
 // repository path. Pure; any thread.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "GitHubRepositoryData.h"
 #include "Record.h"
@@ -13,8 +15,8 @@
 namespace tarnbeck::GitHubIssueCacheFormat {
 
 struct CacheEntry {
-    GitHubRepositoryData data;
     Date fetchedAt;
+    GitHubRepositoryData data;
 
     bool operator==(const CacheEntry&) const = default;
 };
@@ -25,7 +27,20 @@ using Entries = std::map<std::string, CacheEntry, std::less<>>;
 // be missing or null, its time may not; keys that are unknown are passed over.
 std::optional<Entries> decoded(std::string_view bytes);
 
-// Compact; bytes that are not UTF-8 are replaced.
-std::string encoded(const Entries& entries);
+// The text of a file, compact, in pieces: one for each entry, which is kept for as long as the
+// entry stays the same, so that a file of many entries is not encoded anew for one of them. Bytes
+// that are not UTF-8 are replaced. One thread at a time.
+class Encoder {
+  public:
+    // They view into this, up to the next call.
+    std::vector<std::string_view> pieces(const Entries& entries);
+
+  private:
+    struct Piece {
+        CacheEntry entry;
+        std::string text;
+    };
+    std::map<std::string, Piece, std::less<>> pieces_;
+};
 
 }  // namespace tarnbeck::GitHubIssueCacheFormat

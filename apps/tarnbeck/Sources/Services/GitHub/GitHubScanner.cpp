@@ -20,7 +20,7 @@ std::string cacheFileURL(const GitHubScanner::Options& options) {
 
 }  // namespace
 
-GitHubScanner::GitHubScanner(Options options, Tools tools)
+GitHubScanner::GitHubScanner(const Options& options, Tools tools)
     : tools_(std::move(tools)),
       ghList_(
           {.home = options.home, .executables = options.ghCandidates, .timeouts = options.timeouts},

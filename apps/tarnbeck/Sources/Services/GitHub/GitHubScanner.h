@@ -47,7 +47,7 @@ class GitHubScanner {
         GitHubIssueRefreshPolicy policy = GitHubIssueRefreshPolicy::useCache;
     };
 
-    GitHubScanner(Options options, Tools tools);
+    GitHubScanner(const Options& options, Tools tools);
 
     // The open issues and pull requests of the repository at a path. When GitHub gives only one of
     // the two lists, or none, the cache fills the gap if it is young enough.

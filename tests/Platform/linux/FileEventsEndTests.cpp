@@ -1,0 +1,145 @@
+// What a stream takes of the machine, and how it ends.
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <thread>
+
+#include <sys/resource.h>
+
+#include "OwnDescriptors.h"
+#include "WatchedRoot.h"
+
+namespace tarnbeck {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::openDescriptors;
+using testing::ownThreads;
+
+class FileEvents_End : public testing::WatchedRoot {};
+
+// Voluntary and other switches to the thread that reads events.
+long switchesOfTheReader() {
+    for (const auto& each : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream lines(each.path() / "status");
+        long switches = 0;
+        bool isReader = false;
+        for (std::string line; std::getline(lines, line);) {
+            isReader = isReader || line == "Name:\ttarnbeck-events";
+            const std::size_t colon = line.find("ctxt_switches:");
+            if (colon != std::string::npos) switches += std::stol(line.substr(colon + 14));
+        }
+        if (isReader) return switches;
+    }
+    return -1;
+}
+
+TEST_F(FileEvents_End, StreamIsTwoDescriptorsAndOneThread) {
+    const auto descriptors = openDescriptors();
+    const auto threads = ownThreads();
+    for (int count = 0; count < 50; ++count) makeFolder("folder" + std::to_string(count));
+    watch();
+    waitUntilTold();
+    EXPECT_EQ(openDescriptors(), descriptors + 2);
+    EXPECT_EQ(ownThreads(), threads + 1);
+}
+
+TEST_F(FileEvents_End, LeavesNoDescriptorNoThreadAndNoWatch) {
+    const auto descriptors = openDescriptors();
+    const auto threads = ownThreads();
+    for (int count = 0; count < 20; ++count) {
+        watch();
+        write("folder" + std::to_string(count) + "/file");
+        events_.close();
+    }
+    EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_EQ(ownThreads(), threads);
+    EXPECT_EQ(testing::ownWatches(), 0);
+}
+
+TEST_F(FileEvents_End, NothingIsToldAfterIt) {
+    watch();
+    waitUntilTold();
+    events_.close();
+    events_.forget();
+    write("file");
+    EXPECT_EQ(told(), std::set<std::string>());
+}
+
+TEST_F(FileEvents_End, WaitsForADeliveryThatRuns) {
+    watch();
+    events_.hold();
+    write("file");
+    ASSERT_TRUE(events_.waitUntilHeld());
+    std::atomic<bool> isClosed = false;
+    std::thread closing([&] {
+        events_.close();
+        isClosed = true;
+    });
+    EXPECT_FALSE(isClosed);
+    events_.letGo();
+    closing.join();
+    EXPECT_EQ(events_.batches().size(), 1);
+}
+
+TEST_F(FileEvents_End, MayComeFromWithinADelivery) {
+    std::promise<void> isClosed;
+    std::unique_ptr<FileEventStream> stream;
+    std::promise<void> isOpen;
+    const testing::ObservedEvents::Excludes none;
+    auto opened = makeFileEvents()->open(
+        {.roots = {root_}, .excludes = none, .deliver = [&](const FileEventBatch&) {
+             isOpen.get_future().wait();
+             stream.reset();
+             isClosed.set_value();
+         }});
+    stream = std::move(*std::move(opened));
+    isOpen.set_value();
+    write("file");
+    EXPECT_EQ(isClosed.get_future().wait_for(60s), std::future_status::ready);
+}
+
+TEST_F(FileEvents_End, IsPromptInTheMiddleOfAStorm) {
+    watch();
+    std::atomic<bool> isOver = false;
+    std::thread storm([&] {
+        for (int count = 0; !isOver; ++count) write("file" + std::to_string(count % 5000));
+    });
+    ASSERT_TRUE(events_.waitForLoss());
+    const auto start = std::chrono::steady_clock::now();
+    events_.close();
+    const auto duration = std::chrono::steady_clock::now() - start;
+    isOver = true;
+    storm.join();
+    EXPECT_LT(duration, 500ms);
+}
+
+TEST_F(FileEvents_End, NoThreadWakesWhileNothingHappens) {
+    makeFolder("a/b");
+    watch();
+    waitUntilTold();
+    ASSERT_TRUE(events_.waitForBatches(1));
+    testing::ObservedEvents others;  // whose batches tell the time
+    ASSERT_EQ(others.open({folder_.makeFolder("others")}), std::nullopt);
+    const long before = switchesOfTheReader();
+    ASSERT_GE(before, 0);
+    for (std::size_t count = 1; count <= 4; ++count) {
+        folder_.write("others/file", std::to_string(count));
+        ASSERT_TRUE(others.waitForBatches(count));
+    }
+    others.close();
+    EXPECT_LE(switchesOfTheReader() - before, 1);
+}
+
+TEST_F(FileEvents_End, OpeningFailsWithTheSystemsWordsWhereThereIsNoDescriptor) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const auto failure = events_.open({root_});
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    EXPECT_EQ(failure, "Too many open files");
+}
+
+}  // namespace
+}  // namespace tarnbeck
