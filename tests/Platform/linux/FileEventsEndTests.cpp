@@ -1,6 +1,7 @@
 // What a stream takes of the machine, and how it ends.
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <future>
 #include <thread>
 
@@ -112,6 +113,34 @@ TEST_F(FileEvents_End, IsPromptInTheMiddleOfAStorm) {
     isOver = true;
     storm.join();
     EXPECT_LT(duration, 500ms);
+}
+
+std::chrono::nanoseconds durationOf(const std::function<void()>& action) {
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::steady_clock::now() - start;
+}
+
+TEST_F(FileEvents_End, IsPromptInTheMiddleOfALongWalk) {
+    constexpr std::size_t folders = 10000;
+    for (std::size_t count = 0; count < folders; ++count) {
+        makeFolder(std::to_string(count % 100) + "/" + std::to_string(count));
+    }
+    const auto wholeWalk = durationOf([this] { watch(); });
+    events_.close();
+    const std::string tree = folder_ / "tree";
+    std::filesystem::rename(root_, tree);
+    std::size_t watched = folders;
+    std::chrono::nanoseconds closing{};
+    while (watched > folders / 4) {  // until this thread is quick enough
+        watch();
+        std::filesystem::rename(tree, root_);
+        do watched = testing::ownWatches();
+        while (watched < 50);
+        closing = durationOf([this] { events_.close(); });
+        std::filesystem::rename(root_, tree);
+    }
+    EXPECT_LT(closing, wholeWalk / 2);
 }
 
 TEST_F(FileEvents_End, NoThreadWakesWhileNothingHappens) {

@@ -2,6 +2,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include "FileDescriptor.h"
@@ -192,6 +193,19 @@ TEST_F(FileEvents_Folders, FolderIsWatchedOnceItCanBeRead) {
     fs::permissions(at("closed"), fs::perms::owner_all);
     startAfresh();
     EXPECT_TRUE(events_.waitFor(write("closed/file")));
+}
+
+TEST_F(FileEvents_Folders, WhatADiskHidIsWatchedWhenTheDiskIsGone) {
+    makeFolder("disk");
+    const auto failure = testing::runOnSmallDisk(at("disk"), 1 << 20, [this] {
+        write("disk/on-the-disk");
+        watch();
+        ASSERT_EQ(umount(at("disk").c_str()), 0);
+        startAfresh();
+        EXPECT_TRUE(events_.waitFor(write("disk/below")));
+        events_.close();
+    });
+    if (failure) GTEST_SKIP() << *failure;
 }
 
 }  // namespace

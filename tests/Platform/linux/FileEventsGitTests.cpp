@@ -28,8 +28,8 @@ class FileEvents_Git : public testing::WatchedRoot {
         }
         git(repository_, {"rm", "-q", "-r", "--cached", "one"});
         git(repository_, {"commit", "-q", "-m", "Add many files"});
-        git(repository_, {"reset", "-q", "--hard"});
         fs::remove_all(at("repository/one"));
+        git(repository_, {"switch", "-q", "--force", "main"});
     }
 
     std::string repository_ = root_ + "/repository";
@@ -139,7 +139,6 @@ TEST_F(FileEvents_Git, WorktreeThatIsAddedIsTold) {
 
 TEST_F(FileEvents_Git, CheckoutOf20000FilesEndsInAWatchedTree) {
     commitManyFilesOn("big");
-    git(repository_, {"switch", "-q", "main"});
     watchAsTheProgramDoes();
     const std::size_t before = testing::ownWatches();
     git(repository_, {"switch", "-q", "big"});
@@ -147,8 +146,7 @@ TEST_F(FileEvents_Git, CheckoutOf20000FilesEndsInAWatchedTree) {
     startAfresh();
     EXPECT_EQ(testing::ownWatches(), before + 201);
     EXPECT_TRUE(events_.waitFor(write("repository/many/199/99", "changed")));
-    git(repository_, {"checkout", "-q", "."});
-    git(repository_, {"switch", "-q", "main"});
+    git(repository_, {"switch", "-q", "--force", "main"});
     startAfresh();
     EXPECT_EQ(testing::ownWatches(), before);
 }

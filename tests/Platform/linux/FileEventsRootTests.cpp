@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 
+#include "MachineRights.h"
 #include "WatchedRoot.h"
 
 namespace tarnbeck {
@@ -120,6 +121,16 @@ TEST_F(FileEvents_Roots, ThatIsAFileCountsAsMissing) {
     fs::remove(path);
     makeFolder("a");
     ASSERT_TRUE(events_.waitFor(path));
+    EXPECT_TRUE(events_.waitFor(write("a/file")));
+}
+
+TEST_F(FileEvents_Roots, ThatMayNotBeReadIsWatchedOnceItMay) {
+    const testing::WithoutRootRights meetingModes;  // the reader's thread takes after this one
+    makeFolder("a");
+    fs::permissions(at("a"), fs::perms::none);
+    watch({at("a")});
+    fs::permissions(at("a"), fs::perms::owner_all);
+    ASSERT_TRUE(events_.waitFor(at("a")));
     EXPECT_TRUE(events_.waitFor(write("a/file")));
 }
 

@@ -21,7 +21,9 @@ namespace {
 constexpr std::chrono::milliseconds pauseBetweenBatches{500};
 constexpr std::size_t bufferSize = 65536;
 constexpr std::size_t largestEvent = sizeof(inotify_event) + NAME_MAX + 1;
-constexpr std::uint32_t placeMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
+// Where a path leads depends on what is there, and on who may read it.
+constexpr std::uint32_t wayMask =
+    IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB;
 
 }  // namespace
 
@@ -96,7 +98,7 @@ void InotifyReader::handle(const inotify_event& event, std::string_view name) {
         handleOwn(folder, event.mask);
         return;
     }
-    if (tree.isGuard(folder) && (event.mask & placeMask) != 0) {
+    if (tree.isGuard(folder) && (event.mask & wayMask) != 0) {
         rootsAreStale_ = rootsAreStale_ || roots_.concerns(event.wd, name);
     }
     if (!tree.isWatched(folder)) return;
@@ -112,6 +114,9 @@ void InotifyReader::handleOwn(Folder folder, std::uint32_t mask) {
     }
     if ((mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED)) == 0) return;
     rootsAreStale_ = rootsAreStale_ || tree.isRoot(folder) || tree.isGuard(folder);
+    // What was hidden below the disk that is gone can be seen again.
+    const bool showsAnother = (mask & IN_UNMOUNT) != 0 && tree.parent(folder) != WatchTree::none;
+    if (showsAnother) folders_.doubt(tree.parent(folder));
     if ((mask & IN_IGNORED) != 0) {
         folders_.drop(folder);
     } else if ((mask & IN_MOVE_SELF) != 0) {

@@ -17,7 +17,7 @@ constexpr std::uint32_t folderMask = IN_CREATE | IN_DELETE | IN_MODIFY | IN_ATTR
                                      IN_EXCL_UNLINK;
 // Added to what the folder may be watched for already.
 constexpr std::uint32_t guardMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
-                                    IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
+                                    IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
 
 bool isShortOfDescriptors(int error) {
     return error == EMFILE || error == ENFILE || error == ENOMEM;

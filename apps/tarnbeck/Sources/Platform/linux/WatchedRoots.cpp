@@ -63,7 +63,7 @@ bool WatchedRoots::concerns(int guard, std::string_view name) const {
 std::vector<std::string> WatchedRoots::thoseOf(const std::vector<std::string>& folders) const {
     std::vector<std::string> paths;
     for (const Root& root : roots_) {
-        const std::string below = root.path + "/";
+        const std::string below = root.path == "/" ? root.path : root.path + "/";
         const bool isMeant =
             std::any_of(folders.begin(), folders.end(), [&](const std::string& folder) {
                 return folder == root.path || folder.starts_with(below);
