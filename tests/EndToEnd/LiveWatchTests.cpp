@@ -70,6 +70,14 @@ class LiveWatch : public ::testing::Test {
         scanner_->start();
         EXPECT_TRUE(waitUntil(
             [this] { return scanner_->state().lastScan.has_value() && streamsOpened_ == 1; }));
+        settle();
+    }
+
+    // Until the background has nothing left to do: after a scan it looks which folders there are.
+    void settle() {
+        queues_.waitUntilIdle();
+        loop_.stop();
+        loop_.run();
     }
 
     // Runs the main loop until the picture is as expected; false after a minute.
