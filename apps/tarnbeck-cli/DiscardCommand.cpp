@@ -21,7 +21,6 @@ namespace {
 // The present state of the repository, or why it can't be told.
 Result<GitRepository> scanned(Companion& companion, const std::string& path) {
     ScanFailures failures(companion.log());
-    failures.scanBegins(path);
     ProgressLine progress;
     progress.show(fmt::format("Scanning {}", lastPathComponent(path)));
     const auto services = companion.services();

@@ -11,6 +11,7 @@ namespace tarnbeck::cli {
 namespace {
 
 constexpr std::string_view dash = " — ";
+constexpr std::string_view emptyRemark = " (exit 0 but no stdout)";
 
 bool tellsOfFailedCommand(std::string_view message) {
     constexpr std::array<std::string_view, 4> families = {"FAIL(", "EMPTY git", "TIMEOUT git",
@@ -38,18 +39,13 @@ std::string_view firstLineBehindDash(std::string_view line) {
 ScanFailures::ScanFailures(ScanLog& log)
     : observation_(log.observe([this](std::string_view message) { note(message); })) {}
 
-void ScanFailures::scanBegins(const std::string& path) {
-    const std::lock_guard lock(mutex_);
-    current_ = path;
-}
-
 void ScanFailures::note(std::string_view message) {
     if (!tellsOfFailedCommand(message)) return;
     const std::lock_guard lock(mutex_);
     if (commandIn(message).starts_with("git fetch ")) {
         failedFetches_.emplace_back(message);
     } else {
-        lastFailure_[current_] = message;
+        lastFailure_[std::string(pathInFailure(message))] = message;
     }
 }
 
@@ -82,7 +78,8 @@ std::string_view pathInFailure(std::string_view line) {
     constexpr std::string_view at = " at ";
     const std::size_t position = line.find(at);
     if (position == std::string_view::npos) return {};
-    const std::string_view rest = line.substr(position + at.size());
+    std::string_view rest = line.substr(position + at.size());
+    if (rest.ends_with(emptyRemark)) rest.remove_suffix(emptyRemark.size());
     return rest.substr(0, rest.find(dash));
 }
 

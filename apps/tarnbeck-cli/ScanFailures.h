@@ -16,10 +16,6 @@ class ScanFailures {
   public:
     explicit ScanFailures(ScanLog& log);
 
-    // Repositories are scanned one after the other; what is logged from here on concerns this one.
-    // Any thread.
-    void scanBegins(const std::string& path);
-
     // Why the scan of the (expanded) path gave nothing. Asks the file system.
     std::string reasonFor(const std::string& path) const;
 
@@ -33,7 +29,6 @@ class ScanFailures {
     void note(std::string_view message);
 
     mutable std::mutex mutex_;
-    std::string current_;
     std::unordered_map<std::string, std::string> lastFailure_;  // the log line, by path
     std::vector<std::string> failedFetches_;                    // the log lines
     ScanLog::Observers::Token observation_;

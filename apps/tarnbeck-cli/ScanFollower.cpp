@@ -20,7 +20,6 @@ RepositoryScanner::Options ScanFollower::optionsFor(AppConfiguration configurati
     options.autoStart = false;
     options.scanRepositoryHandler = [this, scan = std::move(options.scanRepositoryHandler)](
                                         const std::string& path, ScanCompletion completion) {
-        failures_.scanBegins(expandingTilde(path, companion_.home()));
         companion_.loop().post([this, path] { repositoryBegins(path); });
         scan(path, std::move(completion));
     };
@@ -34,12 +33,12 @@ void ScanFollower::scanBegins(std::size_t total) {
 }
 
 void ScanFollower::repositoryBegins(const std::string& path) {
-    if (total_ == 0) return;  // one that is scanned by itself
+    if (begun_ == total_) return;  // one that is scanned by itself
     progress_.show(fmt::format("Scanning {}/{} {}", ++begun_, total_, lastPathComponent(path)));
 }
 
 void ScanFollower::scanEnded() {
-    total_ = 0;
+    begun_ = total_;
     progress_.clear();
 }
 

@@ -48,25 +48,30 @@ class Watch {
         if (scanner_->isScanning()) {
             follower_.scanBegins(scanner_->configuration().repoPaths.size());
             print(feed_.scanStarted(now));
-        } else {
-            print(feed_.scanFinished(now, scanner_->repositories()));
+            return;
         }
-    }
-
-    void reportChanges() {
         follower_.scanEnded();
-        const auto& repositories = scanner_->repositories();
-        if (forPeople_ && !firstTableShown_) {
-            printFirstTable(repositories);
+        if (!tableShown()) {
+            printFirstTable(scanner_->repositories());
         } else {
-            printChanges(changesBetween(shown_, repositories));
             complainAbout(newProblems());
         }
+        print(feed_.scanFinished(now, scanner_->repositories()));
+    }
+
+    // What changes before the table is shown is in the table.
+    void reportChanges() {
+        if (!tableShown()) return;
+        const auto& repositories = scanner_->repositories();
+        printChanges(changesBetween(shown_, repositories));
         shown_ = repositories;
     }
 
+    bool tableShown() const { return !forPeople_ || firstTableShown_; }
+
     void printFirstTable(const std::vector<RepositorySnapshot>& repositories) {
         firstTableShown_ = true;
+        shown_ = repositories;
         print(statusTable(repositories, style_));
         const std::size_t failed = complainAbout(newProblems());
         print(statusCounts(repositories, failed) + "\n");

@@ -53,6 +53,7 @@ TEST(ScanFailures_Words, DamagedGitFolder) {
 TEST(ScanFailures_Words, PathIsFoundInEachFamily) {
     EXPECT_EQ(pathInFailure("FAIL(128) git status at /x y — fatal: bad at /z"), "/x y");
     EXPECT_EQ(pathInFailure("TIMEOUT git fetch --prune --quiet at /x"), "/x");
+    EXPECT_EQ(pathInFailure("EMPTY git rev-parse HEAD at /x (exit 0 but no stdout)"), "/x");
     EXPECT_EQ(pathInFailure("nothing of the kind"), "");
 }
 
@@ -75,9 +76,8 @@ TEST_F(ScanFailures_Reasons, FolderWithoutGit) {
 
 TEST_F(ScanFailures_Reasons, LastFailureBeforeTheScanGaveUp) {
     folder.makeFolder("x/.git");
-    failures.scanBegins(folder / "x");
-    log.write("FAIL(1) git one at /x — first");
-    log.write("FAIL(2) git two at /x — second");
+    log.write("FAIL(1) git one at " + (folder / "x") + " — first");
+    log.write("FAIL(2) git two at " + (folder / "x") + " — second");
     log.write("RETRY x: HEAD resolution failed — retrying in 250ms (attempt 1)");
     EXPECT_EQ(failures.reasonFor(folder / "x"), "second (git two, exit status 2)");
 }
@@ -85,18 +85,25 @@ TEST_F(ScanFailures_Reasons, LastFailureBeforeTheScanGaveUp) {
 TEST_F(ScanFailures_Reasons, EachRepositoryKeepsItsOwn) {
     folder.makeFolder("x/.git");
     folder.makeFolder("y/.git");
-    failures.scanBegins(folder / "x");
-    log.write("FAIL(1) git one at /x — first");
-    failures.scanBegins(folder / "y");
-    log.write("TIMEOUT git two at /y");
+    log.write("FAIL(1) git one at " + (folder / "x") + " — first");
+    log.write("TIMEOUT git two at " + (folder / "y"));
+    EXPECT_EQ(failures.reasonFor(folder / "x"), "first (git one, exit status 1)");
+    EXPECT_EQ(failures.reasonFor(folder / "y"), "git two took too long");
+}
+
+TEST_F(ScanFailures_Reasons, RepositoriesThatAreScannedTogetherAreToldApart) {
+    folder.makeFolder("x/.git");
+    folder.makeFolder("y/.git");
+    log.write("TIMEOUT git two at " + (folder / "y"));
+    log.write("FAIL(1) git one at " + (folder / "x") + " — first");
+    log.write("FAIL(1) git status at /somewhere/else — other");
     EXPECT_EQ(failures.reasonFor(folder / "x"), "first (git one, exit status 1)");
     EXPECT_EQ(failures.reasonFor(folder / "y"), "git two took too long");
 }
 
 TEST_F(ScanFailures_Reasons, FailedFetchOfTheNextOneIsNotTakenForThis) {
     folder.makeFolder("x/.git");
-    failures.scanBegins(folder / "x");
-    log.write("FAIL(1) git one at /x — first");
+    log.write("FAIL(1) git one at " + (folder / "x") + " — first");
     log.write("FAIL(128) git fetch --prune --quiet at /y — fatal: no route");
     EXPECT_EQ(failures.reasonFor(folder / "x"), "first (git one, exit status 1)");
 }
@@ -108,8 +115,7 @@ TEST_F(ScanFailures_Reasons, NothingLoggedIsSaidAsSuch) {
 
 TEST_F(ScanFailures_Reasons, ForgottenOnesAreGone) {
     folder.makeFolder("x/.git");
-    failures.scanBegins(folder / "x");
-    log.write("FAIL(1) git one at /x — first");
+    log.write("FAIL(1) git one at " + (folder / "x") + " — first");
     log.write("TIMEOUT git fetch --prune --quiet at /x");
     failures.forget();
     EXPECT_EQ(failures.reasonFor(folder / "x"), "could not be scanned");

@@ -159,7 +159,21 @@ TEST_F(FileSystemRefresh, ClockThatJumpedBackMakesTheIntervalCountAsPassed) {
     EXPECT_EQ(harness.scannedPaths, Paths{at("a")});
 }
 
-TEST_F(FileSystemRefresh, FirstEventAfterStartIsHandledAtOnceBeforeAnyScanHasFinished) {
+TEST_F(FileSystemRefresh, FirstEventAfterStartBeforeAnyScanHasFinishedIsHandledAtOnce) {
+    harness.answersAtOnce = false;
+    harness.options.configuration.repoPaths = {harness.folder.makeFolder("a")};
+    harness.make();
+    harness.simulation.runUntilIdle();
+    const std::size_t timers = harness.simulation.loop.pendingTimers();
+    changed({at("a/x")});
+    // Nothing waits for a moment to come: the request stands behind the scan that runs.
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), timers);
+    harness.answerNext();
+    harness.simulation.advance(300ms);
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
+TEST_F(FileSystemRefresh, WithoutAnyRefreshBeforeAnEventIsHandledAtOnce) {
     harness.options.autoStart = false;
     harness.options.configuration.repoPaths = {harness.folder.makeFolder("a")};
     harness.make();
@@ -169,6 +183,29 @@ TEST_F(FileSystemRefresh, FirstEventAfterStartIsHandledAtOnceBeforeAnyScanHasFin
     changed({at("a/x")});
     EXPECT_EQ(harness.scannedPaths, Paths{at("a")});
     EXPECT_EQ(harness.linesOf("FSEVENT").size(), 1);
+}
+
+TEST_F(FileSystemRefresh, EventsThatTheSourceLostCauseAFullScan) {
+    start({"a", "b"});
+    harness.fileEvents.deliverLoss();
+    harness.simulation.advance(1500ms);
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
+TEST_F(FileSystemRefresh, MorePathsThanTheWatcherKeepsCauseAFullScan) {
+    start({"a", "b"});
+    Paths paths;
+    for (int number = 0; number < 257; ++number) paths.push_back(at(fmt::format("a/{}", number)));
+    events(paths);
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
+TEST_F(FileSystemRefresh, WaitingRefreshIsReplacedByTheNextOne) {
+    start({"a"});
+    changed({at("a/x")});
+    changed({at("a/y")});
+    changed({at("a/z")});
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 1);
 }
 
 TEST_F(FileSystemRefresh, EventDuringAFullScanEndsInAQueuedRequest300MillisecondsAfterIt) {
@@ -256,6 +293,22 @@ TEST_F(FileSystemRefresh, WorktreeThatAppearsInATargetedRefreshIsWatchedFromThen
     EXPECT_EQ(harness.fileEvents.opened.back().roots, (Paths{at("a"), tree}));
 }
 
+TEST_F(FileSystemRefresh, OneLookAtEverythingMakesUpForAStreamThatWasChanged) {
+    start({"a", "b"});
+    const std::string tree = harness.folder.makeFolder("tree");
+    harness.answer = [&](const std::string& path) {
+        GitRepository repository = repositoryAt(path);
+        repository.worktrees = {{.path = tree}};
+        return repository;
+    };
+    events({at("a/x")});
+    harness.forget();
+    harness.simulation.advance(5s);
+    EXPECT_EQ(harness.scannedPaths, (Paths{at("a"), at("b")}));
+    harness.simulation.advance(1h);
+    EXPECT_EQ(harness.scannedPaths.size(), 2);
+}
+
 TEST_F(FileSystemRefresh, UnchangedFoldersKeepTheirStream) {
     start({"a"});
     const std::size_t before = harness.fileEvents.opened.size();
@@ -313,95 +366,6 @@ TEST_F(FileSystemRefresh, DelayedRefreshDoesNothingWhenTheScannerHasGone) {
     harness.scanner = nullptr;
     harness.simulation.advance(1h);
     EXPECT_THAT(harness.scannedPaths, IsEmpty());
-}
-
-RepositorySnapshot withWorktrees(const std::string& path, std::vector<GitWorktree> worktrees) {
-    GitRepository repository = repositoryAt(path);
-    repository.worktrees = std::move(worktrees);
-    return std::make_shared<const GitRepository>(std::move(repository));
-}
-
-TEST(BuildWatchPaths, AreTheConfiguredFoldersAndTheWorktreesSortedAndOnce) {
-    const testing::TemporaryFolder home;
-    const std::string a = home.makeFolder("a");
-    const std::string b = home.makeFolder("b");
-    const std::string tree = home.makeFolder("Tree");
-    EXPECT_EQ(RepositoryScanner::buildWatchPaths(
-                  {.configuredPaths = {b, "~/a", a},
-                   .repositories = {withWorktrees(b, {{.path = b}, {.path = tree}})},
-                   .home = home.path()}),
-              (Paths{tree, a, b}));
-}
-
-TEST(BuildWatchPaths, LeaveOutWhatIsNoFolder) {
-    const testing::TemporaryFolder home;
-    const std::string file = home.write("file", "");
-    EXPECT_THAT(RepositoryScanner::buildWatchPaths(
-                    {.configuredPaths = {"~/missing", file}, .home = home.path()}),
-                IsEmpty());
-}
-
-TEST(BuildWatchPaths, LeaveOutBareWorktrees) {
-    const testing::TemporaryFolder home;
-    const std::string bare = home.makeFolder("bare");
-    EXPECT_THAT(RepositoryScanner::buildWatchPaths(
-                    {.repositories = {withWorktrees("/r/a", {{.path = bare, .isBare = true}})},
-                     .home = home.path()}),
-                IsEmpty());
-}
-
-TEST(BuildWatchRootMapping, LeadsConfiguredPathsToThemselvesAndWorktreesToTheirRepository) {
-    const auto roots = RepositoryScanner::buildWatchRootMapping(
-        {.configuredPaths = {"~/a"},
-         .repositories = {withWorktrees(
-             "/home/u/a",
-             {{.path = "/home/u/a"}, {.path = "/t/x"}, {.path = "/t/bare", .isBare = true}})},
-         .home = "/home/u"});
-    EXPECT_EQ(roots, (WatchRootMap{{"/home/u/a", "/home/u/a"}, {"/t/x", "/home/u/a"}}));
-}
-
-TEST(BuildWatchRootMapping, ConfiguredPathThatIsAWorktreeOfAnotherLeadsToItself) {
-    const auto roots = RepositoryScanner::buildWatchRootMapping(
-        {.configuredPaths = {"/r/a", "/r/tree"},
-         .repositories = {withWorktrees("/r/a", {{.path = "/r/tree"}})}});
-    EXPECT_EQ(roots.at("/r/tree"), "/r/tree");
-}
-
-std::optional<std::set<std::string>> affected(const std::set<std::string>& paths,
-                                              const WatchRootMap& roots) {
-    return RepositoryScanner::repoPathsAffected(paths, roots);
-}
-
-TEST(RepoPathsAffected, EventBelowANestedRootMapsToTheInnerRoot) {
-    const WatchRootMap roots = {{"/r/outer", "/r/outer"}, {"/r/outer/in", "/r/outer/in"}};
-    EXPECT_EQ(affected({"/r/outer/in/x"}, roots), std::set<std::string>{"/r/outer/in"});
-    EXPECT_EQ(affected({"/r/outer/inner/x"}, roots), std::set<std::string>{"/r/outer"});
-    EXPECT_EQ(affected({"/r/outer/in"}, roots), std::set<std::string>{"/r/outer/in"});
-}
-
-TEST(RepoPathsAffected, OneTrailingSlashIsDropped) {
-    EXPECT_EQ(affected({"/r/a/"}, {{"/r/a", "/r/a"}}), std::set<std::string>{"/r/a"});
-}
-
-TEST(RepoPathsAffected, RootIsNoPrefixOfALongerName) {
-    EXPECT_EQ(affected({"/r/ab/x"}, {{"/r/a", "/r/a"}}), std::nullopt);
-}
-
-TEST(RepoPathsAffected, NoChangeNeedsAFullScan) {
-    EXPECT_EQ(affected({}, {{"/r/a", "/r/a"}}), std::nullopt);
-}
-
-TEST(RepoPathsAffected, OnePathOutsideEveryRootNeedsAFullScan) {
-    EXPECT_EQ(affected({"/r/a/x", "/x"}, {{"/r/a", "/r/a"}}), std::nullopt);
-}
-
-TEST(RepoPathsAffected, SeveralPathsOfOneRepositoryAreOne) {
-    EXPECT_EQ(affected({"/r/a/x", "/t/y"}, {{"/r/a", "/r/a"}, {"/t", "/r/a"}}),
-              std::set<std::string>{"/r/a"});
-}
-
-TEST(RepoPathsAffected, PathThatIsNotUtf8IsMappedLikeAnyOther) {
-    EXPECT_EQ(affected({"/r/\xff/x"}, {{"/r/\xff", "/r/\xff"}}), std::set<std::string>{"/r/\xff"});
 }
 
 }  // namespace

@@ -96,12 +96,28 @@ TEST_F(IssuePass, EachResultIsShownBeforeTheNextRepositoryIsAsked) {
 }
 
 TEST_F(IssuePass, IsInProgressUntilItsLastResultIsShown) {
-    show({repositoryAt("/r/a")});
-    harness.scanner->refreshIssues(true);
-    EXPECT_TRUE(state().issueScanInProgress);
-    harness.simulation.runUntilIdle();
+    show({repositoryAt("/r/a"), repositoryAt("/r/b")});
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({1}); };
+    pass();
+    EXPECT_THAT(harness.notified, ElementsAre(Property::issueScanInProgress, Property::repositories,
+                                              Property::repositories, Property::lastIssueRefresh,
+                                              Property::issueScanInProgress));
     EXPECT_FALSE(state().issueScanInProgress);
-    EXPECT_EQ(harness.timesNotified(Property::issueScanInProgress), 2);
+}
+
+TEST_F(IssuePass, ObserverThatBeginsTheNextOneFindsItInProgress) {
+    show({repositoryAt("/r/a")});
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({1}); };
+    bool asked = false;
+    bool inProgressAfterwards = false;
+    const auto observation = harness.scanner->observe([&](Property property) {
+        if (property != Property::lastIssueRefresh || std::exchange(asked, true)) return;
+        harness.scanner->refreshIssues(true);
+        harness.simulation.loop.post([&] { inProgressAfterwards = state().issueScanInProgress; });
+    });
+    pass();
+    EXPECT_TRUE(inProgressAfterwards);
+    EXPECT_FALSE(state().issueScanInProgress);
 }
 
 TEST_F(IssuePass, LogTellsTheScheduleAndEveryResult) {
@@ -191,7 +207,7 @@ TEST_F(IssuePass, ResultIsSkippedWhileATargetedRefreshOfTheRepositoryRuns) {
 // A pass that is superseded while it asks its first repository.
 class SupersededIssuePass : public IssuePass {
   protected:
-    // The first pass finds issue 1, the second one issue 2 (or what `second` says).
+    // The first pass finds the issue #1, the second one what `second` says.
     void supersedeDuringTheFirst() {
         harness.answerOfGitHub = [this](const std::string&) {
             if (!superseded_) {
@@ -258,6 +274,22 @@ TEST_F(SupersededIssuePass, NeitherClearsTheProgressNorMovesTheTime) {
     EXPECT_FALSE(state().issueScanInProgress);
 }
 
+TEST_F(SupersededIssuePass, LeavesTheRepositoryToATargetedRefreshThatRuns) {
+    show({repositoryAt("/r/a")});
+    harness.answerOfGitHub = [&](const std::string& path) {
+        if (harness.issueScans.size() == 1) {
+            harness.scanner->refreshIssues(true);
+            harness.scanner->refreshIssuesForRepo(path);
+        }
+        return gitHubSuccess({1});
+    };
+    harness.scanner->refreshIssues(true);
+    runOnlyThePass();
+    EXPECT_THAT(harness.repository(0).issues, IsEmpty());
+    EXPECT_THAT(harness.linesOf("ISSUES scan result skipped"),
+                ElementsAre("ISSUES scan result skipped for /r/a: bridge refresh pending"));
+}
+
 TEST_F(IssuePass, EndsEarlyWhenTheScannerHasGone) {
     show({repositoryAt("/r/a"), repositoryAt("/r/b")});
     harness.answerOfGitHub = [&](const std::string&) {
@@ -299,8 +331,8 @@ TEST_F(IssuePassOrder, WithoutVisibleRepositoriesTheListStaysAsItIs) {
 
 TEST_F(IssuePassOrder, VisiblePathThatIsNoRepositoryHasNoEffect) {
     show({repositoryAt("/r/b"), repositoryAt("/r/a")});
-    harness.scanner->setPrioritizedIssueRepoPaths({"/r/other", "/r/b"});
-    EXPECT_THAT(pathsAsked(), ElementsAre("/r/b", "/r/a"));
+    harness.scanner->setPrioritizedIssueRepoPaths({"/r/other"});
+    EXPECT_THAT(pathsAsked(), ElementsAre("/r/a", "/r/b"));
 }
 
 TEST_F(IssuePassOrder, VisiblePathsRepeatedAreAFatalError) {
@@ -346,15 +378,14 @@ TEST(IssuePass_AfterAFullScan, NoneRunsWhereIssuesAreNotShownWhateverTheRequestS
     EXPECT_THAT(harness.issueScans, IsEmpty());
 }
 
-TEST(IssuePass_AfterAFullScan, RunsAfterScanningHasEnded) {
+TEST(IssuePass_AfterAFullScan, BeginsWhenScanningHasEnded) {
     ScannerHarness harness({"/r/a"});
-    harness.answerOfGitHub = [&](const std::string&) {
-        EXPECT_FALSE(harness.scanner->isScanning());
-        return gitHubSuccess({1});
-    };
     harness.make();
     harness.refresh({.refreshIssues = true});
-    EXPECT_THAT(numbersOf(harness.repository(0).issues), ElementsAre(1));
+    EXPECT_THAT(harness.notified,
+                ElementsAre(Property::isScanning, Property::repositories, Property::lastScan,
+                            Property::isScanning, Property::issueScanInProgress,
+                            Property::issueScanInProgress));
 }
 
 TEST(IssuePass_AfterAFullScan, IssuesSurviveTheNextFullScan) {
@@ -364,78 +395,6 @@ TEST(IssuePass_AfterAFullScan, IssuesSurviveTheNextFullScan) {
     harness.refresh({.refreshIssues = true});
     harness.refresh();
     EXPECT_THAT(numbersOf(harness.repository(0).issues), ElementsAre(1));
-}
-
-class PeriodicIssueRefresh : public ::testing::Test {
-  protected:
-    PeriodicIssueRefresh() {
-        harness.options.configuration.repoPaths = {"/r/a"};
-        harness.options.configuration.scanIntervalMinutes = 0;
-    }
-    ScannerHarness harness;
-};
-
-TEST_F(PeriodicIssueRefresh, ComesEveryFiveMinutesPastTheCache) {
-    harness.makeShowing({repositoryAt("/r/a")}).startPeriodicIssueRefresh();
-    harness.simulation.advance(299s);
-    EXPECT_THAT(harness.issueScans, IsEmpty());
-    harness.simulation.advance(1s);
-    EXPECT_THAT(harness.issueScans, ElementsAre(Pair("/r/a", Policy::forceRefresh)));
-    harness.simulation.advance(300s);
-    EXPECT_EQ(harness.issueScans.size(), 2);
-}
-
-TEST_F(PeriodicIssueRefresh, BeginsWithTheScanner) {
-    harness.options.autoStart = true;
-    harness.answersAtOnce = true;
-    harness.make();
-    harness.simulation.runUntilIdle();
-    harness.forget();
-    harness.simulation.advance(300s);
-    EXPECT_THAT(harness.issueScans, ElementsAre(Pair("/r/a", Policy::forceRefresh)));
-}
-
-TEST_F(PeriodicIssueRefresh, IsAbsentWhereIssuesAreNotShown) {
-    harness.options.configuration.showIssues = false;
-    harness.makeShowing({repositoryAt("/r/a")}).startPeriodicIssueRefresh();
-    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
-}
-
-TEST_F(PeriodicIssueRefresh, IsAbsentWithAnIntervalOfZero) {
-    harness.options.issueRefreshInterval = 0s;
-    harness.makeShowing({repositoryAt("/r/a")}).startPeriodicIssueRefresh();
-    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
-}
-
-TEST_F(PeriodicIssueRefresh, EndsWhenIssuesAreNoLongerShown) {
-    RepositoryScanner& scanner = harness.makeShowing({repositoryAt("/r/a")});
-    scanner.startPeriodicIssueRefresh();
-    AppConfiguration changed = scanner.configuration();
-    changed.showIssues = false;
-    scanner.setConfiguration(changed);
-    scanner.refreshIssueMonitoring();
-    harness.simulation.advance(1h);
-    EXPECT_THAT(harness.issueScans, IsEmpty());
-    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
-}
-
-TEST_F(PeriodicIssueRefresh, ChangedMonitoringAsksAtOnceWithTheCacheAndStartsTheTimer) {
-    harness.makeShowing({repositoryAt("/r/a")}).refreshIssueMonitoring();
-    harness.simulation.runUntilIdle();
-    EXPECT_THAT(harness.issueScans, ElementsAre(Pair("/r/a", Policy::useCache)));
-    harness.simulation.advance(300s);
-    EXPECT_EQ(harness.issueScans.size(), 2);
-}
-
-TEST_F(PeriodicIssueRefresh, StartedAnewItBeginsItsIntervalAnew) {
-    RepositoryScanner& scanner = harness.makeShowing({repositoryAt("/r/a")});
-    scanner.startPeriodicIssueRefresh();
-    harness.simulation.advance(200s);
-    scanner.startPeriodicIssueRefresh();
-    harness.simulation.advance(299s);
-    EXPECT_THAT(harness.issueScans, IsEmpty());
-    harness.simulation.advance(1s);
-    EXPECT_EQ(harness.issueScans.size(), 1);
 }
 
 }  // namespace

@@ -196,7 +196,7 @@ TEST(CarryingOver, FreshIssuesStay) {
     EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).issues, fresh.issues);
 }
 
-TEST_F(RefreshGitForRepo, RunsDuringAFullScanAndItsIssuesAreNotLost) {
+TEST_F(OneRepository, TargetedIssueRefreshDuringAFullScanIsNotLost) {
     AppConfiguration configuration;
     configuration.repoPaths = {"/r/a"};
     scanner().setConfiguration(configuration);
@@ -207,6 +207,26 @@ TEST_F(RefreshGitForRepo, RunsDuringAFullScanAndItsIssuesAreNotLost) {
     settle();
     harness.answerNext();
     ASSERT_EQ(scanner().repositories().size(), 1);
+    EXPECT_EQ(harness.repository(0).issues.size(), 1);
+}
+
+TEST_F(OneRepository, TargetedRefreshesDuringAFullScanThatFailsAreNotLost) {
+    AppConfiguration configuration;
+    configuration.repoPaths = {"/r/a"};
+    scanner().setConfiguration(configuration);
+    harness.answerOfGitHub = [](const std::string&) { return gitHubSuccess({4}); };
+    scanner().requestRefresh({});
+    settle();
+    scanner().refreshIssuesForRepo("/r/a");
+    scanner().refreshGitForRepo("/r/a");
+    settle();
+    auto ofFullScan = std::move(harness.waiting.front());
+    harness.waiting.pop_front();
+    harness.answerNext();  // the targeted one
+    ofFullScan.second(std::nullopt);
+    settle();
+    ASSERT_EQ(scanner().repositories().size(), 1);
+    EXPECT_EQ(harness.repository(0).currentBranch, "new");
     EXPECT_EQ(harness.repository(0).issues.size(), 1);
 }
 
@@ -308,6 +328,35 @@ TEST_F(RefreshIssuesForRepo, SuccessForAnEntryThatHasGoneSaysNothing) {
     EXPECT_THAT(state().issueScanInProgressForRepo, IsEmpty());
 }
 
+TEST_F(RefreshIssuesForRepo, FollowUpOfAnEntryThatHasGoneDoesNothing) {
+    harness.answerOfGitHub = [&](const std::string&) {
+        scanner().refreshIssuesForRepo("/r/a");
+        scanner().setRepositories({});
+        return gitHubSuccess({1});
+    };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.issueScans.size(), 1);
+    EXPECT_THAT(state().issueScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshIssuesForRepo, AnswerThatComesWhenTheScannerHasGoneFindsNobody) {
+    harness.answerOfGitHub = [&](const std::string&) {
+        harness.scanner = nullptr;
+        return gitHubSuccess({1});
+    };
+    scanner().refreshIssuesForRepo("/r/a");
+    settle();
+    EXPECT_EQ(harness.issueScans.size(), 1);
+}
+
+TEST_F(RefreshIssuesForRepo, NobodyIsAskedWhenTheScannerHasGone) {
+    scanner().refreshIssuesForRepo("/r/a");
+    harness.scanner = nullptr;
+    settle();
+    EXPECT_THAT(harness.issueScans, IsEmpty());
+}
+
 TEST_F(RefreshIssuesForRepo, SkippedIsLoggedAndChangesNothing) {
     scanner().refreshIssuesForRepo("/r/a");
     settle();
@@ -323,77 +372,6 @@ TEST_F(RefreshIssuesForRepo, FailedIsLoggedAndChangesNothing) {
     settle();
     EXPECT_THAT(harness.lines, ElementsAre("ISSUES targeted refresh failed for /r/a"));
     EXPECT_EQ(harness.timesNotified(Property::repositories), 0);
-}
-
-class AddRepo : public ::testing::Test {
-  protected:
-    void make(std::vector<std::string> configured) {
-        harness.options.configuration.repoPaths = std::move(configured);
-        harness.answersAtOnce = true;
-        harness.make();
-    }
-    void add(const std::string& path) {
-        harness.scanner->addRepo(path);
-        harness.simulation.runUntilIdle();
-    }
-    std::string inHome(const std::string& name) { return harness.folder / name; }
-
-    ScannerHarness harness;
-};
-
-TEST_F(AddRepo, ExpandedPathIsConfiguredAndSaved) {
-    make({"/r/a"});
-    add("~/b/");
-    const std::vector<std::string> expected = {"/r/a", inHome("b")};
-    EXPECT_EQ(harness.scanner->configuration().repoPaths, expected);
-    ASSERT_EQ(harness.savedConfigurations.size(), 1);
-    EXPECT_EQ(harness.savedConfigurations[0].repoPaths, expected);
-}
-
-TEST_F(AddRepo, FullScanWithEverythingFollows) {
-    harness.folder.makeFolder("b/.git");
-    make({});
-    add("~/b");
-    EXPECT_EQ(harness.names(), std::vector<std::string>{"b"});
-    ASSERT_EQ(harness.gitInvocations.size(), 1);
-    EXPECT_THAT(harness.gitInvocations[0].logicalArgs, ElementsAre("fetch", "--prune", "--quiet"));
-    EXPECT_EQ(harness.scanner->dependencyScanGeneration(), 1);
-    EXPECT_THAT(harness.issueScans,
-                ElementsAre(Pair(inHome("b"), GitHubIssueRefreshPolicy::forceRefresh)));
-}
-
-TEST_F(AddRepo, PathWhoseExpandedFormIsStoredAlreadyDoesNothing) {
-    make({inHome("b")});
-    add("~/b");
-    EXPECT_EQ(harness.scanner->configuration().repoPaths, std::vector{inHome("b")});
-    EXPECT_THAT(harness.savedConfigurations, IsEmpty());
-    EXPECT_THAT(harness.scannedPaths, IsEmpty());
-}
-
-TEST_F(AddRepo, PathThatIsStoredWithItsTildeDoesNothing) {
-    make({"~/b"});
-    add(inHome("b"));
-    EXPECT_EQ(harness.scanner->configuration().repoPaths, std::vector<std::string>{"~/b"});
-    EXPECT_THAT(harness.savedConfigurations, IsEmpty());
-}
-
-TEST_F(AddRepo, NewFolderIsWatched) {
-    harness.folder.makeFolder("b");
-    harness.options.autoStart = true;
-    make({});
-    harness.simulation.runUntilIdle();
-    add("~/b");
-    ASSERT_FALSE(harness.fileEvents.opened.empty());
-    EXPECT_EQ(harness.fileEvents.opened.back().roots, std::vector{inHome("b")});
-}
-
-TEST(RepositoryRefreshRequest_ByHand, AsksForEverythingFresh) {
-    EXPECT_EQ(RepositoryRefreshRequest::byHand(),
-              (RepositoryRefreshRequest{.trigger = RepositoryRefreshTrigger::manual,
-                                        .refreshDependencies = true,
-                                        .refreshIssues = true,
-                                        .forceIssueRefresh = true,
-                                        .refreshRemotes = true}));
 }
 
 }  // namespace

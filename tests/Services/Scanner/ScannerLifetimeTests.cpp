@@ -34,6 +34,27 @@ TEST(RepositoryScanner_Start, PulseBeginsToo) {
     EXPECT_EQ(harness.scannedPaths.size(), 2);
 }
 
+TEST(RepositoryScanner_Start, RefreshComesFirstThenTheWatcherThenBothTimers) {
+    ScannerHarness harness;
+    harness.options.configuration.repoPaths = {harness.folder.makeFolder("a")};
+    harness.options.configuration.scanIntervalMinutes = 5;  // due together with the issues
+    harness.options.autoStart = true;
+    harness.make();
+    // The scan's own work is queued before the watcher's.
+    while (harness.scannedPaths.empty()) {
+        EXPECT_TRUE(harness.fileEvents.opened.empty());
+        ASSERT_TRUE(harness.simulation.queues.runOne() || harness.simulation.loop.runOne());
+    }
+    harness.answersAtOnce = true;
+    harness.answerNext();
+    EXPECT_EQ(harness.fileEvents.opened.size(), 1);
+    harness.notified.clear();
+    harness.simulation.advance(5min);
+    ASSERT_GE(harness.notified.size(), 2);
+    EXPECT_EQ(harness.notified[0], RepositoryScanner::Property::isScanning);
+    EXPECT_EQ(harness.scanner->issueScanGeneration(), 2);
+}
+
 TEST(RepositoryScanner_Start, FirstScanFetchesNothing) {
     ScannerHarness harness;
     harness.folder.makeFolder("a/.git");
@@ -124,6 +145,20 @@ TEST(RepositoryScanner_Destruction, StopsTheTimer) {
     harness.make().startPeriodicScan();
     harness.scanner.reset();
     EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
+}
+
+TEST(RepositoryScanner_Destruction, StopsTheTimerOfTheIssuesAndClosesTheStream) {
+    ScannerHarness harness;
+    harness.options.configuration.repoPaths = {harness.folder.makeFolder("a")};
+    harness.options.autoStart = true;
+    harness.answersAtOnce = true;
+    harness.make();
+    harness.simulation.runUntilIdle();
+    ASSERT_TRUE(*harness.fileEvents.opened.back().isOpen);
+    harness.scanner = nullptr;
+    harness.simulation.runUntilIdle();
+    EXPECT_EQ(harness.simulation.loop.pendingTimers(), 0);
+    EXPECT_FALSE(*harness.fileEvents.opened.back().isOpen);
 }
 
 TEST(RepositoryScanner_Destruction, DuringAScanNoFurtherRepositoryIsScanned) {

@@ -73,6 +73,7 @@ void FullScan::finish() {
             .consecutiveScanFailuresByPath = result.consecutiveScanFailuresByPath,
         },
         tools_.collator, tools_.log);
+    result.previousReposByPath = std::move(input_.previousReposByPath);
     result.fetchDates = std::move(fetchDates_);
     finished_(std::move(result));
 }

@@ -41,7 +41,8 @@ class FullScan : public std::enable_shared_from_this<FullScan> {
     struct Result {
         std::vector<RepositorySnapshot> merged;
         FailureCounts consecutiveScanFailuresByPath;
-        FetchDates fetchDates;  // as they were at the beginning
+        SnapshotsByPath previousReposByPath;  // this and the next as they were at the beginning
+        FetchDates fetchDates;
     };
     struct Tools {
         WorkQueues& queues;

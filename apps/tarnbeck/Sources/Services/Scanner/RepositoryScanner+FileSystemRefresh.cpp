@@ -135,6 +135,9 @@ void RepositoryScanner::applyWatchPaths(std::vector<std::string> paths, bool for
     if (!force && paths == watchedPaths_) return;
     watchedPaths_ = std::move(paths);
     fileWatcher_->watch(watchedPaths_);
+    // Changing the stream drops what was about to be told, and sees nothing until the new one
+    // stands; one look at everything makes up for it. Who forces it asks for a scan anyway.
+    if (!force) requestFileSystemRefresh({});
 }
 
 void RepositoryScanner::requestFileSystemRefresh(std::vector<std::string> changedPaths) {

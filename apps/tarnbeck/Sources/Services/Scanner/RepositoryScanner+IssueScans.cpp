@@ -91,7 +91,7 @@ void RepositoryScanner::applyIssueResult(const std::string& path,
     const RepositorySnapshot present = repositoryAt(path);
     const GitHubRepositoryData* data = result.data();
     if (!present || !data) return;
-    if (isInProgress(&State::issueScanInProgressForRepo, path)) {
+    if (isInProgress(issueScan, path)) {
         services_.log.write(
             fmt::format("ISSUES scan result skipped for {}: bridge refresh pending", path));
         return;
@@ -103,12 +103,13 @@ void RepositoryScanner::applyIssueResult(const std::string& path,
 }
 
 void RepositoryScanner::finishIssueScan(int generation, bool anySuccess) {
-    if (generation != issueScanGeneration_) return;
-    if (anySuccess) {
+    const auto isCurrent = [&] { return generation == issueScanGeneration_; };
+    if (isCurrent() && anySuccess) {
         publish(Property::lastIssueRefresh, &State::lastIssueRefresh,
                 std::optional(services_.loop.wallNow()));
     }
-    publish(Property::issueScanInProgress, &State::issueScanInProgress, false);
+    // Asked again: whoever was told of the time may have begun another pass.
+    if (isCurrent()) publish(Property::issueScanInProgress, &State::issueScanInProgress, false);
 }
 
 // Equal data is no change, so that the views are spared an update.

@@ -93,11 +93,11 @@ ScanCompletion onMainThread(MainLoop& loop, Apply apply) {
 
 void RepositoryScanner::refreshGitForRepo(const std::string& path) {
     if (!repositoryAt(path)) return;
-    if (isInProgress(&State::gitScanInProgressForRepo, path)) {
+    if (isInProgress(gitScan, path)) {
         queuedGitRefreshPaths_.insert(path);
         return;
     }
-    setGitScanInProgress(path, true);
+    setInProgress(gitScan, path, true);
     services_.queues.userInitiated(
         [path, scan = scanRepositoryHandler_,
          completion = onMainThread(
@@ -109,7 +109,7 @@ void RepositoryScanner::refreshGitForRepo(const std::string& path) {
 void RepositoryScanner::applyGitRefresh(const std::string& path, Scanned& scanned) {
     const RepositorySnapshot present = repositoryAt(path);
     if (!present) {
-        setGitScanInProgress(path, false);
+        setInProgress(gitScan, path, false);
         return;
     }
     if (scanned) {
@@ -117,15 +117,15 @@ void RepositoryScanner::applyGitRefresh(const std::string& path, Scanned& scanne
             RepositoryRefreshSupport::carryingOverFrom(*present, *std::move(scanned)));
         refreshFileWatchingPaths(false);
     }
-    setGitScanInProgress(path, false);
+    setInProgress(gitScan, path, false);
     if (queuedGitRefreshPaths_.erase(path) > 0) refreshGitForRepo(path);
 }
 
 void RepositoryScanner::syncRepo(const std::string& path) {
     const RepositorySnapshot present = repositoryAt(path);
-    if (!present || isInProgress(&State::gitScanInProgressForRepo, path)) return;
+    if (!present || isInProgress(gitScan, path)) return;
     if (!present->syncStatus.is<GitSyncStatus::Behind>()) return;
-    setGitScanInProgress(path, true);
+    setInProgress(gitScan, path, true);
     const auto apply = anchor_.guarded(
         [path](RepositoryScanner& self, Scanned& scanned) { self.applySync(path, scanned); });
     std::make_shared<Sync>(Sync::Tools{.queues = services_.queues,
@@ -142,32 +142,28 @@ void RepositoryScanner::applySync(const std::string& path, Scanned& scanned) {
         replaceRepository(
             RepositoryRefreshSupport::carryingOverFrom(*present, *std::move(scanned)));
     }
-    setGitScanInProgress(path, false);
-}
-
-void RepositoryScanner::setGitScanInProgress(const std::string& path, bool running) {
-    setInProgress(Property::gitScanInProgressForRepo, &State::gitScanInProgressForRepo, path,
-                  running);
+    setInProgress(gitScan, path, false);
 }
 
 void RepositoryScanner::refreshIssuesForRepo(const std::string& path) {
     if (!repositoryAt(path) || !configuration().showIssues) return;
-    if (isInProgress(&State::issueScanInProgressForRepo, path)) {
+    if (isInProgress(issueScan, path)) {
         services_.log.write("ISSUES targeted refresh queued while running for " + path);
         queuedIssueRefreshPaths_.insert(path);
         return;
     }
-    setInProgress(Property::issueScanInProgressForRepo, &State::issueScanInProgressForRepo, path,
-                  true);
+    setInProgress(issueScan, path, true);
     const auto apply =
         anchor_.guarded([path](RepositoryScanner& self, const GitHubRepoScanResult& result) {
             self.applyIssueRefresh(path, result);
         });
-    services_.queues.utility([path, handler = issueScanHandler_, &loop = services_.loop, apply] {
-        loop.post([apply, result = handler(path, GitHubIssueRefreshPolicy::forceRefresh)] {
-            apply(result);
+    services_.queues.utility(
+        [path, handler = issueScanHandler_, &loop = services_.loop, apply, gone = gone_] {
+            if (*gone) return;
+            loop.post([apply, result = handler(path, GitHubIssueRefreshPolicy::forceRefresh)] {
+                apply(result);
+            });
         });
-    });
 }
 
 void RepositoryScanner::applyIssueRefresh(const std::string& path,
@@ -189,8 +185,7 @@ void RepositoryScanner::applyIssueRefresh(const std::string& path,
                    },
                },
                result.value);
-    setInProgress(Property::issueScanInProgressForRepo, &State::issueScanInProgressForRepo, path,
-                  false);
+    setInProgress(issueScan, path, false);
     if (queuedIssueRefreshPaths_.erase(path) > 0) refreshIssuesForRepo(path);
 }
 

@@ -127,18 +127,18 @@ void RepositoryScanner::replaceRepository(GitRepository repository) {
     services_.queues.utility([replaced = std::move(replaced)] {});
 }
 
-bool RepositoryScanner::isInProgress(Progress progress, const std::string& path) const {
-    return (state_.*progress).contains(path);
+bool RepositoryScanner::isInProgress(const Operation& operation, const std::string& path) const {
+    return (state_.*operation.inProgress).contains(path);
 }
 
-void RepositoryScanner::setInProgress(Property property, Progress progress, const std::string& path,
+void RepositoryScanner::setInProgress(const Operation& operation, const std::string& path,
                                       bool running) {
     if (running) {
-        (state_.*progress)[path] = true;
+        (state_.*operation.inProgress)[path] = true;
     } else {
-        (state_.*progress).erase(path);
+        (state_.*operation.inProgress).erase(path);
     }
-    Observers::tell(observers_.current(), property);
+    Observers::tell(observers_.current(), operation.property);
 }
 
 std::int64_t RepositoryScanner::dirtyRepoCount() const {
@@ -215,7 +215,7 @@ FullScan::Input RepositoryScanner::fullScanInput(const RepositoryRefreshRequest&
 
 void RepositoryScanner::finishFullScan(FullScan::Result& result) {
     consecutiveScanFailuresByPath_ = std::move(result.consecutiveScanFailuresByPath);
-    replaceRepositories(std::move(result.merged));
+    replaceRepositories(result);
     takeLastIssueRefreshFrom(result.fetchDates);
     refreshFileWatchingPaths(false);
     lastFileSystemRefreshAt_ = services_.loop.wallNow();
@@ -229,13 +229,21 @@ void RepositoryScanner::finishFullScan(FullScan::Result& result) {
     if (followUp) requestRefreshAfterPause(*followUp);
 }
 
-void RepositoryScanner::replaceRepositories(std::vector<RepositorySnapshot> merged) {
+void RepositoryScanner::replaceRepositories(FullScan::Result& result) {
     // The list may have changed during the scan; what it holds now is what is carried over.
-    SnapshotsByPath previous = keyedByPath(repositories());
+    SnapshotsByPath present = keyedByPath(repositories());
+    for (RepositorySnapshot& repository : result.merged) {
+        // One that could not be scanned keeps its snapshot: that of now, not that of the beginning.
+        const auto before = result.previousReposByPath.find(repository->path);
+        if (before == result.previousReposByPath.end() || before->second != repository) continue;
+        const auto now = present.find(repository->path);
+        if (now != present.end()) repository = now->second;
+    }
     setRepositories(RepositoryRefreshSupport::preserveAsyncData(
-        std::move(merged), {.previousReposByPath = previous,
-                            .cachedGitHubDataByPath = knownGitHubData_.lastKnownData}));
-    services_.queues.utility([previous = std::move(previous)] {});
+        std::move(result.merged), {.previousReposByPath = present,
+                                   .cachedGitHubDataByPath = knownGitHubData_.lastKnownData}));
+    services_.queues.utility(
+        [present = std::move(present), previous = std::move(result.previousReposByPath)] {});
 }
 
 void RepositoryScanner::takeLastIssueRefreshFrom(const FetchDates& fetchDates) {

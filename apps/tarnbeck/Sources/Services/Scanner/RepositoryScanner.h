@@ -234,16 +234,23 @@ class RepositoryScanner {
     RepositorySnapshot repositoryAt(const std::string& path) const;
     // Puts a snapshot in the place of the one with its path.
     void replaceRepository(GitRepository repository);
-    // Maps from path to progress: a path is in progress when it has an entry.
-    using Progress = std::unordered_map<std::string, bool> State::*;
-    bool isInProgress(Progress progress, const std::string& path) const;
-    void setInProgress(Property property, Progress progress, const std::string& path, bool running);
+    // A kind of operation on one repository: the published map of those that run, by path.
+    struct Operation {
+        Property property;
+        std::unordered_map<std::string, bool> State::*inProgress;
+    };
+    static constexpr Operation gitScan{Property::gitScanInProgressForRepo,
+                                       &State::gitScanInProgressForRepo};
+    static constexpr Operation issueScan{Property::issueScanInProgressForRepo,
+                                         &State::issueScanInProgressForRepo};
+    bool isInProgress(const Operation& operation, const std::string& path) const;
+    void setInProgress(const Operation& operation, const std::string& path, bool running);
 
     void queueRefresh(const RepositoryRefreshRequest& request);
     void startFullScan(const RepositoryRefreshRequest& request);
     FullScan::Input fullScanInput(const RepositoryRefreshRequest& request) const;
     void finishFullScan(FullScan::Result& result);
-    void replaceRepositories(std::vector<RepositorySnapshot> merged);
+    void replaceRepositories(FullScan::Result& result);
     void takeLastIssueRefreshFrom(const FetchDates& fetchDates);
     void startBackgroundPasses(const RepositoryRefreshRequest& request);
     std::optional<RepositoryRefreshRequest> takeQueuedRequest();
@@ -259,7 +266,6 @@ class RepositoryScanner {
     void applyGitRefresh(const std::string& path, std::optional<GitRepository>& scanned);
     void applyIssueRefresh(const std::string& path, const GitHubRepoScanResult& result);
     void applySync(const std::string& path, std::optional<GitRepository>& scanned);
-    void setGitScanInProgress(const std::string& path, bool running);
 
     void startFileWatching();
     WatchSubject watchSubject() const;
