@@ -35,7 +35,7 @@ class Sync : public std::enable_shared_from_this<Sync> {
     void start() {
         inBackground([](Sync& self) {
             self.git({"fetch", "--prune", "--quiet"});
-            self.scanThen([](Sync& sync, Scanned fresh) { sync.pullWhere(fresh); });
+            self.scanThen([](Sync& sync, const Scanned& fresh) { sync.pullWhere(fresh); });
         });
     }
 

@@ -31,18 +31,19 @@ class FileSystemWatcher::Rules : public std::enable_shared_from_this<Rules> {
     void watch(const std::vector<std::string>& paths) {
         stop();
         if (paths.empty()) return;
-        auto opened = parts_.events.open({
+        const FileEvents::Request request{
             .roots = paths,
             .excludes = parts_.excludes,
             .deliver = deliveryOf(streamGeneration_),
             .report = [&log = parts_.log](std::string line) { log.write(std::move(line)); },
-        });
-        if (opened) {
-            stream_ = *std::move(opened);
+        };
+        auto opened = parts_.events.open(request);
+        if (!opened) {
+            parts_.report("FileSystemWatcher: Failed to create FSEvent stream");
+            parts_.log.write("FSEVENT stream could not be opened: " + opened.error());
             return;
         }
-        parts_.report("FileSystemWatcher: Failed to create FSEvent stream");
-        parts_.log.write("FSEVENT stream could not be opened: " + opened.error());
+        stream_ = *std::move(opened);
     }
 
     void stop() {
