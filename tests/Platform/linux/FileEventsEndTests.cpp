@@ -167,6 +167,19 @@ TEST_F(FileEvents_End, NoThreadWakesWhileNothingHappens) {
     EXPECT_LT(switchesOf(task) - before, long{batches} / 2);
 }
 
+TEST_F(FileEvents_End, NoThreadWakesForWhatHappensBesideTheRoots) {
+    watch();
+    waitUntilTold();
+    const auto task = readersTask();
+    ASSERT_FALSE(task.empty());
+    const long before = switchesOf(task);
+    for (int count = 0; count < 100; ++count) {
+        folder_.write("beside" + std::to_string(count), "text");
+    }
+    waitUntilTold();
+    EXPECT_LT(switchesOf(task) - before, 20);
+}
+
 TEST_F(FileEvents_End, OpeningFailsWithTheSystemsWordsWhereThereIsNoDescriptor) {
     // What the sanitizers want to know once takes descriptors itself, so they see it before.
     const std::string reason = systemErrorText(EMFILE);

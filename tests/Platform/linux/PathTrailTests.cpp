@@ -1,5 +1,5 @@
 #include <filesystem>
-#include <utility>
+#include <vector>
 
 #include "PathTrail.h"
 #include "TemporaryFolder.h"
@@ -8,16 +8,18 @@ namespace tarnbeck {
 namespace {
 
 namespace fs = std::filesystem;
-using Steps = std::vector<std::pair<std::string, std::string>>;
+using Steps = std::vector<PathStep>;
 
 class PathTrail_Steps : public ::testing::Test {
   protected:
     // Below the temporary folder; what leads there is left out.
     Steps stepsTo(const std::string& name) {
         Steps steps;
-        followTrail(folder_ / name, [&](const std::string& folder, const std::string& next) {
+        followTrail(folder_ / name, [&](const PathStep& step) {
             const std::string& base = folder_.path();
-            if (folder.starts_with(base)) steps.emplace_back(folder.substr(base.size()), next);
+            if (step.folder.starts_with(base)) {
+                steps.push_back({step.folder.substr(base.size()), step.name});
+            }
         });
         return steps;
     }
@@ -27,6 +29,12 @@ class PathTrail_Steps : public ::testing::Test {
 TEST_F(PathTrail_Steps, LeadFromFolderToFolder) {
     folder_.makeFolder("a/b/c");
     EXPECT_EQ(stepsTo("a/b/c"), (Steps{{"", "a"}, {"/a", "b"}, {"/a/b", "c"}}));
+}
+
+TEST_F(PathTrail_Steps, GiveTheLastOne) {
+    folder_.makeFolder("a/b");
+    EXPECT_EQ(followTrail(folder_ / "a/b", [](const PathStep&) {}), (PathStep{folder_ / "a", "b"}));
+    EXPECT_EQ(followTrail("/", [](const PathStep&) {}), PathStep{});
 }
 
 TEST_F(PathTrail_Steps, EndAtWhatIsMissing) {
@@ -57,7 +65,7 @@ TEST_F(PathTrail_Steps, EndWhereLinksLeadToEachOther) {
 
 TEST(PathTrail_Root, HasNoSteps) {
     int steps = 0;
-    followTrail("/", [&](const std::string&, const std::string&) { ++steps; });
+    followTrail("/", [&](const PathStep&) { ++steps; });
     EXPECT_EQ(steps, 0);
 }
 

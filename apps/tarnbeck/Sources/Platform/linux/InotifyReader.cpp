@@ -21,9 +21,9 @@ namespace {
 constexpr std::chrono::milliseconds pauseBetweenBatches{500};
 constexpr std::size_t bufferSize = 65536;
 constexpr std::size_t largestEvent = sizeof(inotify_event) + NAME_MAX + 1;
+constexpr std::uint32_t ownMask = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED;
 // Where a path leads depends on what is there, and on who may read it.
-constexpr std::uint32_t wayMask =
-    IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB;
+constexpr std::uint32_t wayMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB;
 
 }  // namespace
 
@@ -112,8 +112,9 @@ void InotifyReader::handleOwn(Folder folder, std::uint32_t mask) {
     if (tree.isWatched(folder) && tree.parent(folder) == WatchTree::none) {
         folders_.batch().add(folder, {});
     }
-    if ((mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGNORED)) == 0) return;
-    rootsAreStale_ = rootsAreStale_ || tree.isRoot(folder) || tree.isGuard(folder);
+    const bool isOnTheWay = tree.isRoot(folder) || tree.isGuard(folder);
+    if ((mask & ownMask) == 0 && tree.isWatched(folder)) return;
+    rootsAreStale_ = rootsAreStale_ || isOnTheWay;
     // What was hidden below the disk that is gone can be seen again.
     const bool showsAnother = (mask & IN_UNMOUNT) != 0 && tree.parent(folder) != WatchTree::none;
     if (showsAnother) folders_.doubt(tree.parent(folder));
@@ -170,8 +171,8 @@ void InotifyReader::finishMove(Folder folder, const FolderRename& rename) {
 }
 
 bool InotifyReader::hasWork() const {
-    return treeIsStale_ || rootsAreStale_ || folders_.hasDoubts() || !renames_.isEmpty() ||
-           !folders_.batch().isEmpty();
+    return treeIsStale_ || folders_.isWrong() || rootsAreStale_ || folders_.hasDoubts() ||
+           !renames_.isEmpty() || !folders_.batch().isEmpty();
 }
 
 void InotifyReader::flush() {
@@ -190,20 +191,22 @@ void InotifyReader::repair() {
         if (parent == WatchTree::none) continue;
         folders_.adopt(parent, rename.toName, WatchedFolders::Findings::quiet);
     }
-    if (std::exchange(treeIsStale_, false)) {
-        renames_.clear();
-        folders_.beginRenewal();
-        roots_.follow();
-        folders_.endRenewal();
-        rootsAreStale_ = folders_.takeLossOfRoots();
+    if (std::exchange(treeIsStale_, false) || folders_.isWrong()) {
+        renew();
     } else if (rootsAreStale_) {
-        followRoots();
+        roots_.follow();
+        rootsAreStale_ = folders_.takeLossOfRoots();
     }
     folders_.reread();
 }
 
-void InotifyReader::followRoots() {
+// Everything from the beginning; what happened meanwhile is not known.
+void InotifyReader::renew() {
+    folders_.batch().noteLoss();
+    renames_.clear();
+    folders_.beginRenewal();
     roots_.follow();
+    folders_.endRenewal();
     rootsAreStale_ = folders_.takeLossOfRoots();
 }
 

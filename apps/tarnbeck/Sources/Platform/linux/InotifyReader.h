@@ -49,7 +49,7 @@ class InotifyReader {
     bool isDue() const { return hasWork() && Clock::now() >= due_; }
     void flush();
     void repair();
-    void followRoots();
+    void renew();
     void reportShortage();
 
     FileDescriptor inotify_;

@@ -1,9 +1,11 @@
 #include "PathTrail.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <optional>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -38,33 +40,33 @@ Kind kindOf(const std::string& path, std::string& target) {
 
 }  // namespace
 
-void followTrail(
-    const std::string& path,
-    const std::function<void(const std::string& folder, const std::string& name)>& passes) {
+PathStep followTrail(const std::string& path, const std::function<void(const PathStep&)>& passes) {
     std::vector<std::string> ahead;
     pushComponents(path, ahead);
+    PathStep step;
     std::string folder = "/";
     for (int links = 0; !ahead.empty() && links <= mostLinks;) {
-        const std::string name = std::move(ahead.back());
+        std::string name = std::move(ahead.back());
         ahead.pop_back();
         if (name == ".") continue;
         if (name == "..") {
             folder = std::string(parentPath(folder));
             continue;
         }
-        passes(folder, name);
-        const std::string whole = folder == "/" ? "/" + name : folder + "/" + name;
+        step = {folder, std::move(name)};
+        passes(step);
         std::string target;
-        const Kind kind = kindOf(whole, target);
-        if (kind == Kind::missing) return;
+        const Kind kind = kindOf(step.path(), target);
+        if (kind == Kind::missing) break;
         if (kind == Kind::other) {
-            folder = whole;
+            folder = step.path();
         } else {
             ++links;
             if (target.starts_with('/')) folder = "/";
             pushComponents(target, ahead);
         }
     }
+    return step;
 }
 
 }  // namespace tarnbeck

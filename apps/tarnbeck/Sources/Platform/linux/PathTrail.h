@@ -7,11 +7,17 @@
 
 namespace tarnbeck {
 
-// Calls `passes` with each folder (a path without links) and the name that is looked up in it, in
-// order and before that name is looked at; ends at what is missing and at the last component.
-// `path` is absolute. Blocks.
-void followTrail(
-    const std::string& path,
-    const std::function<void(const std::string& folder, const std::string& name)>& passes);
+struct PathStep {
+    std::string folder;  // a path without links
+    std::string name;    // what is looked up in it
+
+    std::string path() const { return folder == "/" ? "/" + name : folder + "/" + name; }
+    bool operator==(const PathStep&) const = default;
+};
+
+// Calls `passes` with each step, in order and before the name is looked at; ends at what is missing
+// and at the last component. Gives the last step; empty for the root of all. `path` is absolute.
+// Blocks.
+PathStep followTrail(const std::string& path, const std::function<void(const PathStep&)>& passes);
 
 }  // namespace tarnbeck

@@ -15,12 +15,12 @@ namespace {
 constexpr std::uint32_t folderMask = IN_CREATE | IN_DELETE | IN_MODIFY | IN_ATTRIB | IN_MOVED_FROM |
                                      IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR |
                                      IN_EXCL_UNLINK;
-// Added to what the folder may be watched for already.
-constexpr std::uint32_t guardMask = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
-                                    IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
 
-bool isShortOfDescriptors(int error) {
-    return error == EMFILE || error == ENFILE || error == ENOMEM;
+// Of a folder that could not be read: whether another attempt may tell more. It may have another
+// name by now.
+bool mayPass(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM || error == ENOENT ||
+           error == ENOTDIR;
 }
 
 }  // namespace
@@ -29,12 +29,9 @@ int WatchedFolders::addWatch(const std::string& path, std::uint32_t mask) {
     return inotify_add_watch(inotify_.get(), path.c_str(), mask);
 }
 
-int WatchedFolders::watchGuard(const std::string& path) {
-    const int watch = addWatch(path, guardMask);
-    if (watch < 0) {
-        if (errno == ENOSPC && countsShortage_) ++shortage_.missing;
-        return watch;
-    }
+int WatchedFolders::watchGuard(const std::string& path, std::uint32_t mask) {
+    const int watch = addWatch(path, mask | IN_MASK_ADD | IN_DONT_FOLLOW);
+    if (watch < 0) return watch;
     Folder folder = tree_.find(watch);
     if (folder == WatchTree::none) folder = tree_.add(watch, WatchTree::none, {});
     tree_.setGuard(folder, true);
@@ -50,7 +47,7 @@ int WatchedFolders::watchRoot(const std::string& path) {
     const Folder folder = topOf(watch, path);
     if (tree_.generation(folder) == generation_) return watch;
     tree_.setGeneration(folder, generation_);
-    walk(folder, Findings::quiet);
+    walk(folder);
     return watch;
 }
 
@@ -69,12 +66,23 @@ void WatchedFolders::leaveRoot(int watch, const std::string& path) {
     if (!tree_.isRoot(folder) && tree_.parent(folder) == WatchTree::none) drop(folder);
 }
 
-void WatchedFolders::walk(Folder top, Findings findings) {
+void WatchedFolders::walk(Folder top) {
+    std::vector<Folder> toList{top};
+    while (!toList.empty() && !ending_) {
+        const Folder folder = toList.back();
+        toList.pop_back();
+        list(folder, Findings::quiet, toList);
+    }
+}
+
+// As `walk`, in the middle of changes: another folder may have been read in place of one.
+void WatchedFolders::walkChecking(Folder top, Findings findings) {
     std::vector<Folder> toList{top};
     while (!toList.empty() && !ending_) {
         const Folder folder = toList.back();
         toList.pop_back();
         list(folder, findings, toList);
+        if (!isWhereItShouldBe(folder)) misplaced_.push_back(tree_.watch(folder));
     }
 }
 
@@ -93,7 +101,7 @@ void WatchedFolders::list(Folder folder, Findings findings, std::vector<Folder>&
         const Folder found = watchChild(folder, name, child);
         if (found != WatchTree::none) toList.push_back(found);
     });
-    if (isShortOfDescriptors(error)) doubt(folder);
+    if (mayPass(error)) doubt(folder);
 }
 
 // The folder where it is still to be listed.
@@ -115,17 +123,38 @@ WatchTree::Folder WatchedFolders::watchChild(Folder parent, std::string_view nam
 // A folder that has a watch was found here.
 WatchTree::Folder WatchedFolders::place(Folder known, Folder parent, std::string_view name) {
     const bool isSeen = tree_.isWatched(known) && tree_.generation(known) == generation_;
-    if (tree_.isWithin(parent, known)) return WatchTree::none;  // mounted below itself
-    if (tree_.parent(known) == WatchTree::none || !isSeen) {
+    const bool isBelowItself = tree_.isWithin(parent, known);
+    if (!isBelowItself && (tree_.parent(known) == WatchTree::none || !isSeen)) {
         tree_.move(known, parent, name);
         tree_.setWatched(known);
         tree_.setGeneration(known, generation_);
         return isSeen ? WatchTree::none : known;
     }
+    if (tree_.isAt(known, parent, name)) return WatchTree::none;
     // It is at two places: mounted twice, or moved while this goes on. Events tell the latter, but
     // not where it went if that place was not watched yet.
-    if (!tree_.isAt(known, parent, name) && !rereading_) doubt(parent);
+    if (!rereading_) {
+        doubt(parent);
+    } else if (!isWhereItShouldBe(known)) {
+        if (isBelowItself) {
+            isWrong_ = true;
+        } else {
+            move(known, parent, name);
+        }
+    }
     return WatchTree::none;
+}
+
+// Whether the path of the folder still leads to it.
+bool WatchedFolders::isWhereItShouldBe(Folder folder) {
+    // Of a folder that is watched this changes nothing.
+    constexpr std::uint32_t probe = IN_DELETE_SELF | IN_MASK_ADD | IN_ONLYDIR;
+    const std::uint32_t links = tree_.isRoot(folder) ? 0 : IN_DONT_FOLLOW;
+    const int watch = addWatch(tree_.path(folder), probe | links);
+    if (watch >= 0 && tree_.find(watch) == WatchTree::none) {
+        inotify_rm_watch(inotify_.get(), watch);
+    }
+    return watch == tree_.watch(folder);
 }
 
 void WatchedFolders::noteFailure(Folder parent, const std::string& path) {
@@ -153,7 +182,8 @@ WatchedFolders::Shortage WatchedFolders::takeShortage() {
 }
 
 void WatchedFolders::noteShortage(std::vector<std::string> paths) {
-    if (!countsShortage_) return;
+    const bool isKnown = !shortage_.folders.empty() && shortage_.folders.back() == paths.back();
+    if (!countsShortage_ || isKnown) return;
     shortage_.missing += countFolders(paths.front());
     std::move(paths.begin(), paths.end(), std::back_inserter(shortage_.folders));
 }
@@ -175,17 +205,23 @@ std::int64_t WatchedFolders::countFolders(const std::string& top) {
 void WatchedFolders::adopt(Folder parent, std::string_view name, Findings findings) {
     const std::string path = tree_.path(parent);
     if (path.empty() || pruned_.isPruned(path, name)) return;
+    if (!isWhereItShouldBe(parent)) {
+        misplaced_.push_back(tree_.watch(parent));
+        return;
+    }
     std::string child = joinedPath(path, name);
     const Folder folder = watchChild(parent, name, child);
-    if (folder != WatchTree::none) walk(folder, findings);
+    if (folder != WatchTree::none) walkChecking(folder, findings);
 }
 
 void WatchedFolders::move(Folder folder, Folder parent, std::string_view name) {
-    if (!tree_.isWithin(parent, folder)) {
-        tree_.move(folder, parent, name);
-    } else {
-        drop(folder);  // into itself: what was known of it was wrong
+    if (tree_.isWithin(parent, folder)) {
+        isWrong_ = true;
+        return;
     }
+    tree_.move(folder, parent, name);
+    doubtful_.insert(doubtful_.end(), misplaced_.begin(), misplaced_.end());
+    misplaced_.clear();
 }
 
 void WatchedFolders::drop(Folder folder) {
@@ -200,14 +236,25 @@ void WatchedFolders::reread() {
     for (const int watch : std::exchange(doubtful_, {})) {
         const Folder folder = tree_.find(watch);
         if (folder == WatchTree::none || !tree_.isWatched(folder)) continue;
+        if (!isWhereItShouldBe(folder)) {
+            misplaced_.push_back(watch);
+            continue;
+        }
         std::vector<Folder> found;
         list(folder, Findings::quiet, found);
         for (const Folder each : found) {
             batch_.add(each, {});
-            walk(each, Findings::told);
+            walkChecking(each, Findings::told);
         }
     }
     rereading_ = false;
+}
+
+void WatchedFolders::beginRenewal() {
+    ++generation_;
+    doubtful_.clear();
+    misplaced_.clear();
+    isWrong_ = false;
 }
 
 void WatchedFolders::endRenewal() {

@@ -40,8 +40,9 @@ class WatchedFolders {
     PendingBatch& batch() { return batch_; }
     const PendingBatch& batch() const { return batch_; }
 
-    // A watch on a folder on the way to a root; below 0 where there is none to be had.
-    int watchGuard(const std::string& path);
+    // A watch for the events `mask`, besides those that it may be watched for already, on a folder
+    // or link on the way to a root; below 0 where there is none to be had.
+    int watchGuard(const std::string& path, std::uint32_t mask);
     // A watch on a root and on all below it, under `path` besides other names that it may have.
     // Below 0 where there is no such folder to be read.
     int watchRoot(const std::string& path);
@@ -54,14 +55,17 @@ class WatchedFolders {
     void move(Folder folder, Folder parent, std::string_view name);
     void drop(Folder folder);
 
-    // What the tree says of the folder may be wrong; it is read again by `reread`.
+    // What the tree says of the folder may be wrong; it is read again by `reread`. Where its path
+    // leads elsewhere that waits for the next move, which will have been the reason.
     void doubt(Folder folder) { doubtful_.push_back(tree_.watch(folder)); }
     bool hasDoubts() const { return !doubtful_.empty(); }
     void reread();
 
+    // The tree contradicts what was found; only a renewal helps.
+    bool isWrong() const { return isWrong_; }
     // Until `endRenewal`, each root that is watched is walked through anew; what was not seen
     // then is dropped.
-    void beginRenewal() { ++generation_; }
+    void beginRenewal();
     void endRenewal();
 
     // True once after a root, or a folder on the way to one, went out of the tree.
@@ -72,10 +76,12 @@ class WatchedFolders {
 
   private:
     int addWatch(const std::string& path, std::uint32_t mask);
-    void walk(Folder top, Findings findings);
+    void walk(Folder top);
+    void walkChecking(Folder top, Findings findings);
     void list(Folder folder, Findings findings, std::vector<Folder>& toList);
     Folder watchChild(Folder parent, std::string_view name, std::string& path);
     Folder place(Folder known, Folder parent, std::string_view name);
+    bool isWhereItShouldBe(Folder folder);
     void noteFailure(Folder parent, const std::string& path);
     void noteShortage(std::vector<std::string> paths);
     std::int64_t countFolders(const std::string& top);
@@ -87,10 +93,12 @@ class WatchedFolders {
     WatchTree tree_;
     PendingBatch batch_;
     FolderReader reader_;
-    std::vector<int> doubtful_;  // watches
+    std::vector<int> doubtful_;   // watches
+    std::vector<int> misplaced_;  // those of them whose paths lead elsewhere
     std::uint32_t generation_ = 1;
     bool rereading_ = false;
     bool lostRoots_ = false;
+    bool isWrong_ = false;
     Shortage shortage_;
     bool countsShortage_ = true;
 };
