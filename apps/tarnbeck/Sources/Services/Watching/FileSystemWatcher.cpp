@@ -31,12 +31,9 @@ class FileSystemWatcher::Rules : public std::enable_shared_from_this<Rules> {
     void watch(const std::vector<std::string>& paths) {
         stop();
         if (paths.empty()) return;
-        const FileEvents::Request request{
-            .roots = paths,
-            .excludes = parts_.excludes,
-            .deliver = deliveryOf(streamGeneration_),
-            .report = [&log = parts_.log](std::string line) { log.write(std::move(line)); },
-        };
+        FileEvents::Request request{.roots = paths, .excludes = parts_.excludes};
+        request.deliver = deliveryOf(streamGeneration_);
+        request.report = [&log = parts_.log](std::string line) { log.write(std::move(line)); };
         auto opened = parts_.events.open(request);
         if (!opened) {
             parts_.report("FileSystemWatcher: Failed to create FSEvent stream");
