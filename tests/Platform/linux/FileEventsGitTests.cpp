@@ -22,7 +22,7 @@ class FileEvents_Git : public testing::WatchedRoot {
         git(repository_, {"add", "one"});
         std::string tree = git(repository_, {"write-tree", "--prefix=one/"});
         tree.pop_back();
-        for (int folder = 0; folder < 200; ++folder) {
+        for (int folder = 0; folder < 40; ++folder) {
             const std::string prefix = "--prefix=many/" + std::to_string(folder);
             git(repository_, {"read-tree", prefix, tree});
         }
@@ -137,15 +137,15 @@ TEST_F(FileEvents_Git, WorktreeThatIsAddedIsTold) {
     EXPECT_TRUE(events_.waitFor(inGit("worktrees/tree/HEAD")));
 }
 
-TEST_F(FileEvents_Git, CheckoutOf20000FilesEndsInAWatchedTree) {
+TEST_F(FileEvents_Git, CheckoutOfThousandsOfFilesEndsInAWatchedTree) {
     commitManyFilesOn("big");
     watchAsTheProgramDoes();
     const std::size_t before = testing::ownWatches();
     git(repository_, {"switch", "-q", "big"});
     ASSERT_TRUE(events_.waitForLoss());
     startAfresh();
-    EXPECT_EQ(testing::ownWatches(), before + 201);
-    EXPECT_TRUE(events_.waitFor(write("repository/many/199/99", "changed")));
+    EXPECT_EQ(testing::ownWatches(), before + 41);
+    EXPECT_TRUE(events_.waitFor(write("repository/many/39/99", "changed")));
     git(repository_, {"switch", "-q", "--force", "main"});
     startAfresh();
     EXPECT_EQ(testing::ownWatches(), before);
