@@ -1,6 +1,8 @@
 // File events that a test makes up.
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,13 +20,17 @@ class FileEventsByHand : public FileEvents {
         std::vector<std::string> roots;
         std::function<void(FileEventBatch)> deliver;
         std::function<void(std::string)> report;
+        std::shared_ptr<std::atomic<bool>> isUnwanted;
         std::shared_ptr<bool> isOpen = std::make_shared<bool>(true);
     };
 
     Result<std::unique_ptr<FileEventStream>> open(const Request& request) override {
         if (failure) return Failure{*failure};
-        opened.push_back(
-            {.roots = request.roots, .deliver = request.deliver, .report = request.report});
+        opened.push_back({.roots = request.roots,
+                          .deliver = request.deliver,
+                          .report = request.report,
+                          .isUnwanted = request.isUnwanted});
+        if (whileOpening) whileOpening();
         excludes = request.excludes;
         return std::unique_ptr<FileEventStream>(std::make_unique<Stream>(opened.back().isOpen));
     }
@@ -36,6 +42,7 @@ class FileEventsByHand : public FileEvents {
     std::vector<Opened> opened;
     std::set<std::string, std::less<>> excludes;  // of the last request
     std::optional<std::string> failure;           // of the next opening
+    std::function<void()> whileOpening;           // called in the middle of each opening
 
   private:
     class Stream : public FileEventStream {

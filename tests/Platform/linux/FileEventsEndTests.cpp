@@ -149,6 +149,19 @@ TEST_F(FileEvents_End, IsPromptInTheMiddleOfALongWalk) {
     EXPECT_LT(closing, wholeWalk / 2);
 }
 
+TEST_F(FileEvents_End, OpeningThatIsNoLongerWantedEndsEarly) {
+    for (int count = 0; count < 200; ++count) makeFolder(std::to_string(count));
+    const std::set<std::string, std::less<>> excludes;
+    const auto stream =
+        makeFileEvents()->open({.roots = {root_},
+                                .excludes = excludes,
+                                .deliver = [](const FileEventBatch&) {},
+                                .report = [](const std::string&) {},
+                                .isUnwanted = std::make_shared<std::atomic<bool>>(true)});
+    EXPECT_TRUE(stream);
+    EXPECT_LT(testing::ownWatches(), 100);
+}
+
 TEST_F(FileEvents_End, NoThreadWakesWhileNothingHappens) {
     makeFolder("a/b");
     watch();

@@ -240,6 +240,32 @@ TEST_F(FileSystemWatcher_Rules, StopDropsWhatIsPendingAndClosesTheStream) {
     EXPECT_FALSE(*source.opened[0].isOpen);
 }
 
+TEST_F(FileSystemWatcher_Rules, OpeningAtWorkIsToldWhenItsStreamIsNoLongerWanted) {
+    const auto isUnwantedAfter = [this](const std::function<void()>& change) {
+        bool unwanted = false;
+        source.whileOpening = [&] {
+            source.whileOpening = nullptr;
+            const auto mine = source.opened.back().isUnwanted;
+            EXPECT_FALSE(*mine);
+            change();
+            unwanted = *mine;
+        };
+        watch({"/r/b"});
+        return unwanted;
+    };
+    EXPECT_TRUE(isUnwantedAfter([this] { watcher->watch({"/r/c"}); }));
+    EXPECT_TRUE(isUnwantedAfter([this] { watcher->stop(); }));
+    EXPECT_TRUE(isUnwantedAfter([this] { watcher = nullptr; }));
+}
+
+TEST_F(FileSystemWatcher_Rules, StreamThatIsUnwantedBeforeItsTurnIsNotOpened) {
+    watcher->watch({"/r/b"});
+    watcher->watch({"/r/c"});
+    simulation.runUntilIdle();
+    ASSERT_EQ(source.opened.size(), 2);
+    EXPECT_EQ(source.opened[1].roots, Paths{"/r/c"});
+}
+
 TEST_F(FileSystemWatcher_Rules, NothingIsToldWhenTheWatcherHasGone) {
     events({"/r/a/x"});
     const auto deliver = source.opened[0].deliver;

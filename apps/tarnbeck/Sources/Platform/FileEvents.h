@@ -2,6 +2,7 @@
 // renamed, and their attributes changed.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <set>
@@ -45,6 +46,9 @@ class FileEvents {
         std::function<void(FileEventBatch)> deliver;
         // Gets a line for the scan log when folders can't be watched. Any thread.
         std::function<void(std::string line)> report;
+        // Set to true by whoever no longer wants the stream, from any thread: an opening that is
+        // still at work ends early, with a stream that tells nothing. Absent where nobody will.
+        std::shared_ptr<std::atomic<bool>> isUnwanted = {};
     };
 
     FileEvents() = default;

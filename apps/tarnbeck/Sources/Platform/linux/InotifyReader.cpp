@@ -31,10 +31,11 @@ InotifyReader::InotifyReader(const FileEvents::Request& request, FileDescriptor 
                              FileDescriptor wake)
     : inotify_(std::move(inotify)),
       wake_(std::move(wake)),
+      ending_(request.isUnwanted ? request.isUnwanted : std::make_shared<std::atomic<bool>>(false)),
       deliver_(request.deliver),
       report_(request.report),
       pruned_(request.excludes),
-      folders_(inotify_, pruned_, ending_),
+      folders_(inotify_, pruned_, *ending_),
       roots_(request.roots, pruned_, folders_),
       buffer_(std::make_unique<std::byte[]>(bufferSize)) {}
 
@@ -44,14 +45,14 @@ void InotifyReader::begin() {
 }
 
 void InotifyReader::end() {
-    ending_ = true;
+    *ending_ = true;
     eventfd_write(wake_.get(), 1);
 }
 
 void InotifyReader::run() {
-    while (!ending_) {
+    while (!*ending_) {
         if (waitForEvents()) readEvents();
-        if (!ending_ && isDue()) flush();
+        if (!*ending_ && isDue()) flush();
     }
 }
 
@@ -67,7 +68,7 @@ bool InotifyReader::waitForEvents() {
 
 // Until the queue is empty, as far as that can be told without another call, or a delivery is due.
 void InotifyReader::readEvents() {
-    while (readOnce() + largestEvent > bufferSize && !ending_ && !isDue()) {
+    while (readOnce() + largestEvent > bufferSize && !*ending_ && !isDue()) {
     }
 }
 
@@ -178,7 +179,7 @@ bool InotifyReader::hasWork() const {
 void InotifyReader::flush() {
     folders_.batch().settle();  // by the names of before the repair
     repair();
-    if (ending_) return;
+    if (*ending_) return;
     reportShortage();
     due_ = Clock::now() + pauseBetweenBatches;
     FileEventBatch batch = folders_.batch().take();

@@ -54,7 +54,7 @@ class InotifyReader {
 
     FileDescriptor inotify_;
     FileDescriptor wake_;
-    std::atomic<bool> ending_{false};
+    const std::shared_ptr<std::atomic<bool>> ending_;
     std::function<void(FileEventBatch)> deliver_;
     std::function<void(std::string)> report_;
     PrunedFolders pruned_;

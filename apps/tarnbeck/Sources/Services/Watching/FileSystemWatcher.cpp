@@ -28,10 +28,13 @@ class FileSystemWatcher::Rules : public std::enable_shared_from_this<Rules> {
 
     explicit Rules(Parts parts) : parts_(std::move(parts)) {}
 
-    void watch(const std::vector<std::string>& paths) {
+    using Unwanted = std::shared_ptr<std::atomic<bool>>;
+
+    void watch(const std::vector<std::string>& paths, const Unwanted& unwanted) {
         stop();
-        if (paths.empty()) return;
+        if (paths.empty() || *unwanted) return;
         FileEvents::Request request{.roots = paths, .excludes = parts_.excludes};
+        request.isUnwanted = unwanted;
         request.deliver = deliveryOf(streamGeneration_);
         request.report = [&log = parts_.log](std::string line) { log.write(std::move(line)); };
         auto opened = parts_.events.open(request);
@@ -158,10 +161,15 @@ FileSystemWatcher::~FileSystemWatcher() {
 }
 
 void FileSystemWatcher::watch(std::vector<std::string> paths) {
-    queue_->post([rules = rules_, paths = std::move(paths)] { rules->watch(paths); });
+    *streamIsUnwanted_ = true;
+    streamIsUnwanted_ = std::make_shared<std::atomic<bool>>(false);
+    queue_->post([rules = rules_, paths = std::move(paths), unwanted = streamIsUnwanted_] {
+        rules->watch(paths, unwanted);
+    });
 }
 
 void FileSystemWatcher::stop() {
+    *streamIsUnwanted_ = true;
     queue_->post([rules = rules_] { rules->stop(); });
 }
 

@@ -3,6 +3,7 @@
 // become "anything may have changed".
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -71,6 +72,9 @@ class FileSystemWatcher {
     const std::chrono::nanoseconds debounceInterval_;
     std::shared_ptr<SerialQueue> queue_;
     std::shared_ptr<Rules> rules_;  // touched on the queue only
+    // Tells an opening that may be at work on the queue that nobody waits for it any more.
+    std::shared_ptr<std::atomic<bool>> streamIsUnwanted_ =
+        std::make_shared<std::atomic<bool>>(false);
     Timer debounceTimer_;
     WeakAnchor<FileSystemWatcher> anchor_{*this};
 };
