@@ -27,7 +27,14 @@ class GitHubScanner_BothFailed : public testing::GitHubScannerFixture {
     }
 };
 class GitHubScanner_NoGh : public testing::GitHubScannerFixture {};
-class GitHubScanner_NoLaunch : public testing::GitHubScannerFixture {};
+class GitHubScanner_NoLaunch : public testing::GitHubScannerFixture {
+  protected:
+    void makeGhThatCantBeLaunched() {
+        const std::string path = log_.folder.write("gh", "#!/nonexistent/interpreter\n");
+        ASSERT_EQ(chmod(path.c_str(), 0755), 0);
+        options_.ghCandidates = {path};
+    }
+};
 class GitHubScanner_Hanging : public testing::GitHubScannerFixture {};
 
 TEST_F(GitHubScanner_Retry, ListThatFailedIsAskedForOnceMoreAfter300Milliseconds) {
@@ -167,10 +174,16 @@ TEST_F(GitHubScanner_NoGh, IsLookedForInThesePlacesInThisOrder) {
                 ElementsAre("/opt/homebrew/bin/gh", "/usr/local/bin/gh", "/usr/bin/gh"));
 }
 
+TEST_F(GitHubScanner_NoLaunch, YoungAnswerStands) {
+    ghLists(2, 1);
+    scan();
+    restart();
+    makeGhThatCantBeLaunched();
+    EXPECT_EQ(inShort(scan(forceRefresh)), "2+1");
+}
+
 TEST_F(GitHubScanner_NoLaunch, IsTriedOnceMoreForEachListAndFailsTheScan) {
-    const std::string path = log_.folder.write("gh", "#!/nonexistent/interpreter\n");
-    ASSERT_EQ(chmod(path.c_str(), 0755), 0);
-    options_.ghCandidates = {path};
+    makeGhThatCantBeLaunched();
     EXPECT_EQ(inShort(scan()), "failed");
     const std::string words = " owner/repo: No such file or directory";
     EXPECT_THAT(lines(), ElementsAre("GITHUB gh launch failed for issue" + words,
