@@ -191,11 +191,11 @@ class Grammar {
           watch_(app, "watch", "Show the configured repositories, stay, and print what changes"),
           issues_(app, "issues", "Show open issues and pull requests on GitHub"),
           sync_(app, "sync", "Bring a branch that is behind its upstream up to date"),
+          discard_(app, "discard", "Drop the uncommitted changes of one file"),
           discover_(app, "discover", "Find repositories below folders"),
           add_(app, "add", "Add repositories to the configuration"),
           remove_(app, "remove", "Remove repositories from the configuration"),
           config_(app, "config", "Show where the files are and what is set"),
-          discard_(app, "discard", "Drop the uncommitted changes of one file"),
           log_(app, "log", "Print the scan log"),
           doctor_(app, "doctor", "Look for what keeps things from working, and say what helps") {
         declareLooking();
@@ -210,11 +210,11 @@ class Grammar {
         if (watch_.isChosen()) return watch_.arguments;
         if (issues_.isChosen()) return issues_.arguments;
         if (sync_.isChosen()) return sync_.arguments;
+        if (discard_.isChosen()) return discard_.arguments;
         if (discover_.isChosen()) return discover_.arguments;
         if (add_.isChosen()) return add_.arguments;
         if (remove_.isChosen()) return remove_.arguments;
         if (config_.isChosen()) return config_.arguments;
-        if (discard_.isChosen()) return discard_.arguments;
         if (log_.isChosen()) return log_.arguments;
         if (doctor_.isChosen()) return doctor_.arguments;
         return status_.arguments;
@@ -282,11 +282,11 @@ class Grammar {
     Command<WatchArguments> watch_;
     Command<IssuesArguments> issues_;
     Command<SyncArguments> sync_;
+    Command<DiscardArguments> discard_;
     Command<DiscoverArguments> discover_;
     Command<AddArguments> add_;
     Command<RemoveArguments> remove_;
     Command<ConfigArguments> config_;
-    Command<DiscardArguments> discard_;
     Command<LogArguments> log_;
     Command<DoctorArguments> doctor_;
 };
