@@ -30,7 +30,7 @@ class FileEventsByHand : public FileEvents {
                           .deliver = request.deliver,
                           .report = request.report,
                           .isUnwanted = request.isUnwanted});
-        if (whileOpening) whileOpening();
+        if (const auto action = whileOpening) action();
         excludes = request.excludes;
         return std::unique_ptr<FileEventStream>(std::make_unique<Stream>(opened.back().isOpen));
     }

@@ -21,7 +21,7 @@ class FileSystemWatcher::Rules : public std::enable_shared_from_this<Rules> {
         std::function<void(std::string_view)> report;
         Names excludes;
         Callback callback;
-        std::shared_ptr<SerialQueue> queue;
+        std::weak_ptr<SerialQueue> queue;  // whose tasks hold the rules
         // Asks that `deliver` is called with this number when the quiet has lasted. Any thread.
         std::function<void(int generation)> askForDelivery;
     };
@@ -69,7 +69,7 @@ class FileSystemWatcher::Rules : public std::enable_shared_from_this<Rules> {
     // Takes a batch from the source's thread to the queue; one of a stream that has been replaced
     // is dropped there.
     std::function<void(FileEventBatch)> deliveryOf(int streamGeneration) {
-        return [weak = weak_from_this(), queue = std::weak_ptr(parts_.queue),
+        return [weak = weak_from_this(), queue = parts_.queue,
                 streamGeneration](FileEventBatch batch) {
             const auto present = queue.lock();
             if (!present) return;
