@@ -82,7 +82,7 @@ void WatchedFolders::walkChecking(Folder top, Findings findings) {
         const Folder folder = toList.back();
         toList.pop_back();
         list(folder, findings, toList);
-        if (!isWhereItShouldBe(folder)) misplaced_.push_back(tree_.watch(folder));
+        if (!isWhereItShouldBe(folder)) noteMisplaced(folder);
     }
 }
 
@@ -168,8 +168,13 @@ void WatchedFolders::noteFailure(Folder parent, const std::string& path) {
         case ENOENT:
         case ENOTDIR:
         case ENOMEM:
-            // Gone, or its parent has another name by now that is not known yet.
-            if (!rereading_) doubt(parent);
+            // Gone, or its parent has another name by now that is not known yet. The second time it
+            // was listed a moment ago: where it is not gone, that move is still to be told.
+            if (rereading_) {
+                noteMisplaced(parent);
+            } else {
+                doubt(parent);
+            }
             break;
         default:
             break;
@@ -206,7 +211,7 @@ void WatchedFolders::adopt(Folder parent, std::string_view name, Findings findin
     const std::string path = tree_.path(parent);
     if (path.empty() || pruned_.isPruned(path, name)) return;
     if (!isWhereItShouldBe(parent)) {
-        misplaced_.push_back(tree_.watch(parent));
+        noteMisplaced(parent);
         return;
     }
     std::string child = joinedPath(path, name);
@@ -226,6 +231,7 @@ void WatchedFolders::move(Folder folder, Folder parent, std::string_view name) {
 
 void WatchedFolders::drop(Folder folder) {
     tree_.remove(folder, [this](Folder each) {
+        misplaced_.erase(tree_.watch(each));
         inotify_rm_watch(inotify_.get(), tree_.watch(each));  // fails where the system was first
         lostRoots_ = lostRoots_ || tree_.isRoot(each) || tree_.isGuard(each);
     });
@@ -237,11 +243,12 @@ void WatchedFolders::reread() {
         const Folder folder = tree_.find(watch);
         if (folder == WatchTree::none || !tree_.isWatched(folder)) continue;
         if (!isWhereItShouldBe(folder)) {
-            misplaced_.push_back(watch);
+            noteMisplaced(folder);
             continue;
         }
         std::vector<Folder> found;
         list(folder, Findings::quiet, found);
+        if (!isWhereItShouldBe(folder)) noteMisplaced(folder);
         for (const Folder each : found) {
             batch_.add(each, {});
             walkChecking(each, Findings::told);

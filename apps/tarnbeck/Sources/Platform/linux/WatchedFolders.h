@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <boost/unordered/unordered_flat_set.hpp>
+
 #include "FileDescriptor.h"
 #include "FolderReader.h"
 #include "PendingBatch.h"
@@ -82,6 +84,8 @@ class WatchedFolders {
     Folder watchChild(Folder parent, std::string_view name, std::string& path);
     Folder place(Folder known, Folder parent, std::string_view name);
     bool isWhereItShouldBe(Folder folder);
+    // To be doubted after the next move, which will be the reason.
+    void noteMisplaced(Folder folder) { misplaced_.insert(tree_.watch(folder)); }
     void noteFailure(Folder parent, const std::string& path);
     void noteShortage(std::vector<std::string> paths);
     std::int64_t countFolders(const std::string& top);
@@ -93,8 +97,8 @@ class WatchedFolders {
     WatchTree tree_;
     PendingBatch batch_;
     FolderReader reader_;
-    std::vector<int> doubtful_;   // watches
-    std::vector<int> misplaced_;  // those of them whose paths lead elsewhere
+    std::vector<int> doubtful_;                 // watches
+    boost::unordered_flat_set<int> misplaced_;  // watches of those whose paths lead elsewhere
     std::uint32_t generation_ = 1;
     bool rereading_ = false;
     bool lostRoots_ = false;
