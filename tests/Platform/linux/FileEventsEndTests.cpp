@@ -7,6 +7,7 @@
 #include <thread>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include "FileSystem.h"
 #include "OwnDescriptors.h"
@@ -113,10 +114,16 @@ TEST_F(FileEvents_End, MayComeFromWithinADelivery) {
 }
 
 TEST_F(FileEvents_End, IsPromptInTheMiddleOfAStorm) {
+    std::vector<std::string> files;
+    for (int count = 0; count < 1000; ++count) {
+        files.push_back(write("file" + std::to_string(count)));
+    }
     watch();
     std::atomic<bool> isOver = false;
     std::thread storm([&] {
-        for (int count = 0; !isOver; ++count) write("file" + std::to_string(count % 5000));
+        for (std::size_t count = 0; !isOver; ++count) {
+            chmod(files[count % files.size()].c_str(), 0600);
+        }
     });
     ASSERT_TRUE(events_.waitForLoss());
     const auto start = std::chrono::steady_clock::now();
