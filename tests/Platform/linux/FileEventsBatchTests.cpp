@@ -48,10 +48,17 @@ TEST_F(FileEvents_Batches, AreHalfASecondApart) {
 }
 
 TEST_F(FileEvents_Batches, FirstEventDoesNotWaitForMore) {
-    watch();
-    const auto start = std::chrono::steady_clock::now();
-    ASSERT_TRUE(events_.waitFor(write("file")));
-    EXPECT_LT(events_.batches().front().at - start, 450ms);
+    // A busy machine may be late now and then; a pause would make all of them late.
+    std::chrono::steady_clock::duration shortest = 1h;
+    for (int attempt = 0; attempt < 5 && shortest >= 450ms; ++attempt) {
+        watch();
+        const auto start = std::chrono::steady_clock::now();
+        ASSERT_TRUE(events_.waitFor(write("file", std::to_string(attempt))));
+        shortest = std::min(shortest, events_.batches().front().at - start);
+        events_.close();
+        events_.forget();
+    }
+    EXPECT_LT(shortest, 450ms);
 }
 
 TEST_F(FileEvents_Batches, GatherWhatComesMeanwhile) {
