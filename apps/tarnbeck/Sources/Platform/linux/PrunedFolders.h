@@ -1,11 +1,14 @@
 // Which folders are not looked into at all.
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
 
 #include <boost/unordered/unordered_flat_set.hpp>
+
+#include "TextHash.h"
 
 namespace tarnbeck {
 
@@ -26,13 +29,7 @@ class PrunedFolders {
     bool isPruned(const std::string& parent, std::string_view name) const;
 
   private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>()(text);
-        }
-    };
-    boost::unordered_flat_set<std::string, Hash, std::equal_to<>> excludes_;
+    boost::unordered_flat_set<std::string, TextHash, std::equal_to<>> excludes_;
 };
 
 }  // namespace tarnbeck

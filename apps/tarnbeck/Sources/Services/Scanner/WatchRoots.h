@@ -3,20 +3,13 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "GitRepository.h"
+#include "TextHash.h"
 
 namespace tarnbeck {
-
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-        return std::hash<std::string_view>{}(text);
-    }
-};
 
 // From a watched folder to the path of its repository.
 using WatchRootMap = std::unordered_map<std::string, std::string, TextHash, std::equal_to<>>;
