@@ -40,9 +40,9 @@ GitRepository withBranch(GitRepository repository, const std::string& name) {
     return repository;
 }
 
-const GitSyncStatus ahead = GitSyncStatus::Ahead{"origin/main", 1};
-const GitSyncStatus behind = GitSyncStatus::Behind{"origin/main", 1};
-const GitSyncStatus diverged = GitSyncStatus::Diverged{"origin/main", 1, 1};
+const GitSyncStatus aheadByOne = GitSyncStatus::Ahead{"origin/main", 1};
+const GitSyncStatus behindByOne = GitSyncStatus::Behind{"origin/main", 1};
+const GitSyncStatus divergedByOne = GitSyncStatus::Diverged{"origin/main", 1, 1};
 
 TEST(GitRepository_IsClean, OneWithOnlyMainIs) {
     EXPECT_TRUE(tidyRepository().isClean());
@@ -109,7 +109,7 @@ TEST(GitRepository_IsClean, ConfigurationIssueMakesItUnclean) {
 }
 
 TEST(GitRepository_IsClean, UpstreamPlaysNoPart) {
-    for (const auto& status : {ahead, behind, diverged, GitSyncStatus{}}) {
+    for (const auto& status : {aheadByOne, behindByOne, divergedByOne, GitSyncStatus{}}) {
         EXPECT_TRUE(withUpstream(tidyRepository(), status).isClean()) << status.badgeValue();
     }
 }
@@ -145,19 +145,20 @@ TEST(GitRepository_StatusIcon, DetachedHeadComesBeforeChanges) {
 }
 
 TEST(GitRepository_StatusIcon, ChangesComeBeforeTheUpstream) {
-    EXPECT_EQ(changed(withUpstream(tidyRepository(), ahead)).statusIcon(), "pencil.circle.fill");
+    EXPECT_EQ(changed(withUpstream(tidyRepository(), aheadByOne)).statusIcon(),
+              "pencil.circle.fill");
 }
 
 TEST(GitRepository_StatusIcon, AheadComesBeforeClean) {
-    EXPECT_EQ(withUpstream(tidyRepository(), ahead).statusIcon(), "arrow.up.circle.fill");
+    EXPECT_EQ(withUpstream(tidyRepository(), aheadByOne).statusIcon(), "arrow.up.circle.fill");
 }
 
 TEST(GitRepository_StatusIcon, BehindComesBeforeClean) {
-    EXPECT_EQ(withUpstream(tidyRepository(), behind).statusIcon(), "arrow.down.circle.fill");
+    EXPECT_EQ(withUpstream(tidyRepository(), behindByOne).statusIcon(), "arrow.down.circle.fill");
 }
 
 TEST(GitRepository_StatusIcon, DivergedComesBeforeClean) {
-    EXPECT_EQ(withUpstream(tidyRepository(), diverged).statusIcon(),
+    EXPECT_EQ(withUpstream(tidyRepository(), divergedByOne).statusIcon(),
               "arrow.left.arrow.right.circle.fill");
 }
 
@@ -175,11 +176,12 @@ TEST(GitRepository_StatusColor, ConfigurationIssueIsOrangeBeforeAllElse) {
 }
 
 TEST(GitRepository_StatusColor, DetachedHeadIsRedBeforeTheUpstream) {
-    EXPECT_EQ(detached(withUpstream(tidyRepository(), behind)).statusColor(), StatusColor::red);
+    EXPECT_EQ(detached(withUpstream(tidyRepository(), behindByOne)).statusColor(),
+              StatusColor::red);
 }
 
 TEST(GitRepository_StatusColor, ChangesAreRedBeforeTheUpstream) {
-    EXPECT_EQ(changed(withUpstream(tidyRepository(), ahead)).statusColor(), StatusColor::red);
+    EXPECT_EQ(changed(withUpstream(tidyRepository(), aheadByOne)).statusColor(), StatusColor::red);
 }
 
 TEST(GitRepository_StatusColor, DetachedHeadWithChangesIsRed) {
@@ -187,15 +189,15 @@ TEST(GitRepository_StatusColor, DetachedHeadWithChangesIsRed) {
 }
 
 TEST(GitRepository_StatusColor, BehindIsYellow) {
-    EXPECT_EQ(withUpstream(tidyRepository(), behind).statusColor(), StatusColor::yellow);
+    EXPECT_EQ(withUpstream(tidyRepository(), behindByOne).statusColor(), StatusColor::yellow);
 }
 
 TEST(GitRepository_StatusColor, DivergedIsYellow) {
-    EXPECT_EQ(withUpstream(tidyRepository(), diverged).statusColor(), StatusColor::yellow);
+    EXPECT_EQ(withUpstream(tidyRepository(), divergedByOne).statusColor(), StatusColor::yellow);
 }
 
 TEST(GitRepository_StatusColor, AheadIsOrangeThoughClean) {
-    EXPECT_EQ(withUpstream(tidyRepository(), ahead).statusColor(), StatusColor::orange);
+    EXPECT_EQ(withUpstream(tidyRepository(), aheadByOne).statusColor(), StatusColor::orange);
 }
 
 TEST(GitRepository_StatusColor, CleanIsGreen) {

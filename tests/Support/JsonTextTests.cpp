@@ -26,31 +26,31 @@ struct Special {
     }
 };
 
-struct Inner {
+struct Part {
     std::optional<std::string> maybe;
     std::string text;
     static constexpr auto fields() {
-        return std::tuple{field("maybe", &Inner::maybe), field("text", &Inner::text)};
+        return std::tuple{field("maybe", &Part::maybe), field("text", &Part::text)};
     }
 };
 
-struct Outer {
-    std::optional<Inner> first;
+struct Whole {
+    std::optional<Part> first;
     std::int64_t count = 0;
     std::uint64_t large = 0;
     double share = 0;
     bool flag = false;
     Size size = Size::small;
     Special special;
-    ImmutableList<Inner> list;
+    ImmutableList<Part> list;
     std::vector<std::optional<std::int64_t>> numbers;
     std::optional<Date> date;
     static constexpr auto fields() {
-        return std::tuple{field("first", &Outer::first),     field("count", &Outer::count),
-                          field("large", &Outer::large),     field("share", &Outer::share),
-                          field("flag", &Outer::flag),       field("size", &Outer::size),
-                          field("special", &Outer::special), field("list", &Outer::list),
-                          field("numbers", &Outer::numbers), field("date", &Outer::date)};
+        return std::tuple{field("first", &Whole::first),     field("count", &Whole::count),
+                          field("large", &Whole::large),     field("share", &Whole::share),
+                          field("flag", &Whole::flag),       field("size", &Whole::size),
+                          field("special", &Whole::special), field("list", &Whole::list),
+                          field("numbers", &Whole::numbers), field("date", &Whole::date)};
     }
 };
 
@@ -65,28 +65,28 @@ void expectTheSameText(const Type& value) {
     }
 }
 
-const Outer full{.first = Inner{.maybe = "m", .text = "\"\\/\b\f\n\r\t\x01\x7F é 漢 😀"},
-                 .count = std::numeric_limits<std::int64_t>::min(),
-                 .large = std::numeric_limits<std::uint64_t>::max(),
-                 .share = 0.1,
-                 .flag = true,
-                 .size = Size::large,
-                 .special = {"own"},
-                 .list = {{.text = "a"}, {.maybe = "", .text = ""}},
-                 .numbers = {1, std::nullopt, -3},
-                 .date = dateFromSecondsSince2001(794059200.25)};
+const Whole whole{.first = Part{.maybe = "m", .text = "\"\\/\b\f\n\r\t\x01\x7F é 漢 😀"},
+                  .count = std::numeric_limits<std::int64_t>::min(),
+                  .large = std::numeric_limits<std::uint64_t>::max(),
+                  .share = 0.1,
+                  .flag = true,
+                  .size = Size::large,
+                  .special = {"own"},
+                  .list = {{.text = "a"}, {.maybe = "", .text = ""}},
+                  .numbers = {1, std::nullopt, -3},
+                  .date = dateFromSecondsSince2001(794059200.25)};
 
 TEST(JsonText_Records, FullOneHasTheSameText) {
-    expectTheSameText(full);
+    expectTheSameText(whole);
 }
 
 TEST(JsonText_Records, EmptyOneHasTheSameText) {
-    expectTheSameText(Outer{});
+    expectTheSameText(Whole{});
 }
 
 TEST(JsonText_Records, FieldThatIsLeftOutTakesItsCommaWithIt) {
-    EXPECT_EQ(encodedJsonText(Inner{.text = "t"}), R"({"text":"t"})");
-    EXPECT_EQ(encodedJsonText(Inner{.text = "t"}, {.absent = asNull}),
+    EXPECT_EQ(encodedJsonText(Part{.text = "t"}), R"({"text":"t"})");
+    EXPECT_EQ(encodedJsonText(Part{.text = "t"}, {.absent = asNull}),
               R"({"maybe":null,"text":"t"})");
 }
 

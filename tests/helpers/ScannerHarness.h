@@ -29,6 +29,11 @@ inline GitRepository repositoryAt(const std::string& path) {
     return repository;
 }
 
+// The verdict on a repository of one Node project.
+inline DependencySummary verdict(DependencyHealth health) {
+    return {.ecosystems = {{.manager = "npm", .status = health}}};
+}
+
 inline GitHubRepoScanResult gitHubSuccess(std::vector<std::int64_t> issues,
                                           std::vector<std::int64_t> pullRequests = {}) {
     std::vector<GitHubIssue> issueRecords;

@@ -12,7 +12,6 @@ namespace {
 
 using namespace tarnbeck::testing;
 
-const Date noon = std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + std::chrono::hours(12);
 const ChangeFeed json(ChangeFeed::Form::json, {});
 const ChangeFeed people(ChangeFeed::Form::forPeople, {});
 

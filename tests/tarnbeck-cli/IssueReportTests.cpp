@@ -1,12 +1,11 @@
-#include <chrono>
-
 #include "IssueReport.h"
 #include "Json.h"
+#include "Snapshots.h"
 
 namespace tarnbeck::cli {
 namespace {
 
-const Date noon = std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + std::chrono::hours(12);
+using testing::noon;
 
 const GitHubIssue rain{.id = 12,
                        .number = 12,

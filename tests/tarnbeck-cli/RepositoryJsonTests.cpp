@@ -117,8 +117,7 @@ TEST(RepositoryJson_Derived, FollowTheRecord) {
 
 TEST(RepositoryJson_Dates, AreIso8601) {
     GitRepository repository = cleanRepository("/r/a");
-    repository.dependencySummary.checkedAt =
-        std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + std::chrono::hours(12);
+    repository.dependencySummary.checkedAt = noon;
     EXPECT_EQ(jsonText(repositoryJson(repository).at("dependencySummary").at("checkedAt")),
               R"("2026-03-01T12:00:00Z")");
 }

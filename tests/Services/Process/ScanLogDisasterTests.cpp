@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "LogLines.h"
 #include "MachineRights.h"
 #include "ScanLog.h"
 #include "Simulation.h"
@@ -11,16 +12,11 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::contentOf;
+using testing::line;
 using testing::runOnSmallDisk;
 using testing::Simulation;
 using testing::TemporaryFolder;
 using testing::WithoutRootRights;
-
-constexpr std::string_view stamp = "[2026-03-01T12:00:00Z] ";
-
-std::string line(const std::string& message) {
-    return std::string(stamp) + message + "\n";
-}
 
 TEST(ScanLog_Disaster, FolderThatCannotBeMadeLosesTheLinesAndNothingElse) {
     Simulation simulation;

@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "LogLines.h"
 #include "ObservedLog.h"
 
 namespace tarnbeck {
@@ -8,10 +9,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::contentOf;
+using testing::line;
 using testing::Simulation;
 using testing::TemporaryFolder;
-
-constexpr std::string_view stamp = "[2026-03-01T12:00:00Z] ";
 
 // A log whose file had `size` bytes before it was opened.
 struct GrownLog {
@@ -33,10 +33,6 @@ struct GrownLog {
                 simulation.loop,
                 simulation.queues};
 };
-
-std::string line(const std::string& message) {
-    return std::string(stamp) + message + "\n";
-}
 
 std::int64_t lengthOf(const std::string& message) {
     return std::ssize(line(message));

@@ -8,15 +8,12 @@ namespace {
 using namespace std::chrono_literals;
 using testing::repositoryAt;
 using testing::ScannerHarness;
+using testing::verdict;
 using Property = RepositoryScanner::Property;
 using Names = std::vector<std::string>;
 
 GitHubIssue issue(std::int64_t number) {
     return {.id = number, .number = number};
-}
-
-DependencySummary verdict(DependencyHealth status) {
-    return {.ecosystems = {{.manager = "npm", .status = status}}};
 }
 
 TEST(FullScan_Walk, RepositoriesAreScannedOneAfterTheOtherInConfiguredOrder) {

@@ -12,16 +12,13 @@ using ::testing::IsEmpty;
 using ::testing::Pair;
 using testing::repositoryAt;
 using testing::ScannerHarness;
+using testing::verdict;
 using Property = RepositoryScanner::Property;
 
 GitRepository onBranch(const std::string& path, const std::string& branch) {
     GitRepository repository = repositoryAt(path);
     repository.currentBranch = branch;
     return repository;
-}
-
-DependencySummary verdict(DependencyHealth health) {
-    return {.ecosystems = {{.ecosystem = DependencyEcosystem::node, .status = health}}};
 }
 
 class OneRepository : public ::testing::Test {
