@@ -149,9 +149,18 @@ TEST_F(RefreshGitForRepo, CarriesOverWhatIsThereWhenItEndsNotWhenItBegan) {
     EXPECT_EQ(harness.repository(0).issues, meanwhile.issues);
 }
 
+GitRepository judged(DependencyHealth health) {
+    GitRepository repository = repositoryAt("/r/a");
+    repository.dependencySummary = verdict(health);
+    return repository;
+}
+
+DependencySummary verdictCarriedOver(const GitRepository& present, const GitRepository& fresh) {
+    return RepositoryRefreshSupport::carryingOverFrom(present, fresh).dependencySummary;
+}
+
 TEST_F(RefreshGitForRepo, DependencyVerdictIsCarriedOverANewSnapshotWithoutOne) {
-    GitRepository present = onBranch("/r/a", "old");
-    present.dependencySummary = verdict(DependencyHealth::upToDate);
+    const GitRepository present = judged(DependencyHealth::upToDate);
     scanner().setRepositories({std::make_shared<const GitRepository>(present)});
     harness.answersAtOnce = true;
     scanner().refreshGitForRepo("/r/a");
@@ -160,29 +169,20 @@ TEST_F(RefreshGitForRepo, DependencyVerdictIsCarriedOverANewSnapshotWithoutOne) 
 }
 
 TEST(CarryingOver, FreshVerdictStays) {
-    GitRepository present = repositoryAt("/r/a");
-    present.dependencySummary = verdict(DependencyHealth::upToDate);
-    GitRepository fresh = repositoryAt("/r/a");
-    fresh.dependencySummary = verdict(DependencyHealth::error);
-    EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).dependencySummary,
-              fresh.dependencySummary);
+    const GitRepository present = judged(DependencyHealth::upToDate);
+    const GitRepository fresh = judged(DependencyHealth::error);
+    EXPECT_EQ(verdictCarriedOver(present, fresh), fresh.dependencySummary);
 }
 
 TEST(CarryingOver, VerdictReplacesOneThatIsStillBeingChecked) {
-    GitRepository present = repositoryAt("/r/a");
-    present.dependencySummary = verdict(DependencyHealth::upToDate);
-    GitRepository fresh = repositoryAt("/r/a");
-    fresh.dependencySummary = verdict(DependencyHealth::checking);
-    EXPECT_EQ(RepositoryRefreshSupport::carryingOverFrom(present, fresh).dependencySummary,
-              present.dependencySummary);
+    const GitRepository present = judged(DependencyHealth::upToDate);
+    const GitRepository fresh = judged(DependencyHealth::checking);
+    EXPECT_EQ(verdictCarriedOver(present, fresh), present.dependencySummary);
 }
 
 TEST(CarryingOver, PresentCheckIsNoVerdictToCarryOver) {
-    GitRepository present = repositoryAt("/r/a");
-    present.dependencySummary = verdict(DependencyHealth::checking);
-    EXPECT_EQ(
-        RepositoryRefreshSupport::carryingOverFrom(present, repositoryAt("/r/a")).dependencySummary,
-        DependencySummary{});
+    const GitRepository present = judged(DependencyHealth::checking);
+    EXPECT_EQ(verdictCarriedOver(present, repositoryAt("/r/a")), DependencySummary{});
 }
 
 TEST(CarryingOver, FreshIssuesStay) {
