@@ -115,6 +115,9 @@ struct DependencyEcosystemResult {
     std::int64_t actionableUpdateCount() const;
     std::int64_t limitedUpdateCount() const;  // constrained ones
     std::int64_t blockedUpdateCount() const;
+    // The one figure to show: the updates that can be taken, or else the others, or else 1 for a
+    // needed install.
+    std::int64_t headlineCount() const;
 
     bool operator==(const DependencyEcosystemResult&) const = default;
 
@@ -139,6 +142,10 @@ struct DependencySummary {
 
     std::int64_t actionableUpdateCount() const;
     std::int64_t constraintCount() const;  // limited and blocked ones
+    std::int64_t majorUpdateCount() const;
+    // The one figure to show: the updates that can be taken, or else the others, or else the
+    // projects whose status is a needed install (one that only a message tells of is not counted).
+    std::int64_t headlineCount() const;
     // A result says so by its status, or by a message that asks for an install.
     bool hasSyncNeeded() const;
     bool hasErrors() const;
@@ -146,6 +153,9 @@ struct DependencySummary {
     // One error outweighs all updates, an update all constraints, those a need to sync; an unknown
     // result weighs less than all but good news.
     DependencyHealth status() const;
+    // The line beside the repository: "5 updateable (2 major) · 1 blocked · sync needed". Absent
+    // where there is nothing to depend on.
+    std::optional<std::string> inlineSummary() const;
 
     bool operator==(const DependencySummary&) const = default;
 

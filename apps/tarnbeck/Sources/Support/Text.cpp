@@ -28,6 +28,11 @@ bool isWhitespaceOrNewline(UChar32 character) {
            character == 0x202F || character == 0x205F || character == 0x3000;
 }
 
+bool isDecimalDigit(UChar32 character) {
+    if (character < 0x80) return character >= '0' && character <= '9';
+    return u_charType(character) == U_DECIMAL_DIGIT_NUMBER;
+}
+
 std::int32_t length(std::string_view text) {
     return static_cast<std::int32_t>(text.size());
 }
@@ -148,10 +153,18 @@ std::string_view trimmingWhitespaceAndNewlines(std::string_view text) {
     return trimmingWhere(text, isWhitespaceOrNewline);
 }
 
+std::string_view trimmingBlanksAndTabs(std::string_view text) {
+    return trimmingAnyOf(text, " \t");
+}
+
 std::string_view trimming(std::string_view text, char character) {
-    while (text.starts_with(character)) text.remove_prefix(1);
-    while (text.ends_with(character)) text.remove_suffix(1);
-    return text;
+    return trimmingAnyOf(text, {&character, 1});
+}
+
+std::string_view trimmingAnyOf(std::string_view text, std::string_view characters) {
+    const std::size_t begin = text.find_first_not_of(characters);
+    if (begin == std::string_view::npos) return text.substr(0, 0);
+    return text.substr(begin, text.find_last_not_of(characters) + 1 - begin);
 }
 
 std::string lowercased(std::string_view text) {
@@ -176,6 +189,45 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
         text += piece;
     }
     return text;
+}
+
+std::string_view takingDecimalDigits(std::string_view& text) {
+    std::int32_t begin = 0;
+    std::int32_t end = 0;
+    for (std::int32_t position = 0; position < length(text);) {
+        const std::int32_t before = position;
+        if (isDecimalDigit(nextCharacter(text, position))) {
+            if (begin == end) begin = before;
+            end = position;
+        } else if (begin != end) {
+            break;
+        }
+    }
+    const std::string_view digits = text.substr(begin, end - begin);
+    text.remove_prefix(digits.empty() ? text.size() : end);
+    return digits;
+}
+
+std::string_view firstCharacters(std::string_view text, std::size_t count) {
+    // A character of a sensible text has few bytes; what lies far behind need not be looked at.
+    constexpr std::size_t enough = 1000;
+    const std::string_view window = text.substr(0, count * enough);
+    const auto ends = characterEnds(window);
+    if (ends.size() <= count) return window;
+    return count == 0 ? text.substr(0, 0) : text.substr(0, ends[count - 1]);
+}
+
+std::vector<std::string_view> linesAtNewlines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::int32_t begin = 0;
+    for (std::int32_t position = 0; position < length(text);) {
+        const std::int32_t end = position;
+        if (!isNewline(nextCharacter(text, position))) continue;
+        lines.push_back(text.substr(begin, end - begin));
+        begin = position;
+    }
+    lines.push_back(text.substr(begin));
+    return lines;
 }
 
 std::size_t displayWidth(std::string_view text) {

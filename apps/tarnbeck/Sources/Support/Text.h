@@ -21,13 +21,28 @@ std::string replacingInvalidUtf8(std::string_view bytes);
 std::string_view trimmingNewlines(std::string_view text);
 // Without newlines and Unicode blanks (zero-width space included) at both ends.
 std::string_view trimmingWhitespaceAndNewlines(std::string_view text);
+// Without U+0020 and U+0009 at both ends.
+std::string_view trimmingBlanksAndTabs(std::string_view text);
 // Without the given ASCII character at both ends.
 std::string_view trimming(std::string_view text, char character);
+// Without any of the given ASCII characters at both ends.
+std::string_view trimmingAnyOf(std::string_view text, std::string_view characters);
 
 // Lower case by the root locale's rules, for text that is compared and never shown.
 std::string lowercased(std::string_view text);
 
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
+
+// The first run of decimal digits (of any script), empty where there is none; `text` goes on behind
+// it.
+std::string_view takingDecimalDigits(std::string_view& text);
+
+// The first `count` user-perceived characters; all of a text that has no more.
+std::string_view firstCharacters(std::string_view text, std::size_t count);
+
+// The pieces between all of Unicode's newline characters, empty ones too: a line that ends in
+// "\r\n" is followed by an empty one. They view into `text`.
+std::vector<std::string_view> linesAtNewlines(std::string_view text);
 
 // Columns that the text takes on a terminal with fixed cells: 2 for wide East Asian characters and
 // emoji, 0 for combining marks.

@@ -1,18 +1,11 @@
 #include "RepositoryDiscovery.h"
 
 #include <algorithm>
-#include <memory>
-#include <optional>
 #include <utility>
 
-#include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include "FileDescriptor.h"
 #include "FileSystem.h"
 #include "FileSystemWatcher.h"
+#include "FolderListing.h"
 #include "Paths.h"
 #include "SystemPaths.h"
 #include "Text.h"
@@ -20,23 +13,13 @@
 namespace tarnbeck {
 namespace {
 
-using OpenDirectory = std::unique_ptr<DIR, decltype([](DIR* directory) { closedir(directory); })>;
-
-bool isFolder(DIR* parent, const dirent& entry) {
-    if (entry.d_type != DT_UNKNOWN) return entry.d_type == DT_DIR;
-    struct stat information {};
-    return fstatat(dirfd(parent), entry.d_name, &information, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(information.st_mode);
-}
-
 // The names of the folders in `directory`, links left out; none when it can't be read.
 std::vector<std::string> subfolders(const std::string& directory) {
-    const OpenDirectory open(opendir(directory.c_str()));
     std::vector<std::string> names;
-    if (!open) return names;
-    while (const dirent* entry = readdir(open.get())) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != ".." && isFolder(open.get(), *entry)) names.emplace_back(name);
+    FolderListing listing;
+    listing.open(directory);
+    while (const auto entry = listing.next()) {
+        if (entry->isFolder) names.emplace_back(entry->name);
     }
     return names;
 }

@@ -28,4 +28,15 @@ bool isPackage(const std::string& directory) {
     return package;
 }
 
+bool isHidden(const std::string& directory, std::string_view name) {
+    if (name.starts_with('.')) return true;
+    struct stat information {};
+    const std::string path = directory + "/" + std::string(name);
+    return lstat(path.c_str(), &information) == 0 && (information.st_flags & UF_HIDDEN) != 0;
+}
+
+timespec modificationTime(const struct stat& information) {
+    return information.st_mtimespec;
+}
+
 }  // namespace tarnbeck

@@ -1,0 +1,87 @@
+// From a verdict on a project to the commands that bring it up to date, and their execution.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "DependencyMarkers.h"
+#include "DependencyStatus.h"
+#include "DependencyTools.h"
+
+namespace tarnbeck {
+
+struct DependencyInstallStep {
+    std::string executable;
+    std::vector<std::string> args;
+    std::string cwd;
+    std::string displayCommand;  // what a person reads
+
+    bool operator==(const DependencyInstallStep&) const = default;
+};
+
+struct DependencyInstallPlan {
+    std::string summary;                       // one line, for the question before it runs
+    std::vector<DependencyInstallStep> steps;  // in the order of execution
+
+    bool operator==(const DependencyInstallPlan&) const = default;
+};
+
+namespace DependencyInstaller {
+
+// Why there is no plan.
+struct PlanError {
+    struct UnsupportedManager {
+        std::string manager;
+        bool operator==(const UnsupportedManager&) const = default;
+    };
+    struct MissingPythonEnvironment {
+        bool operator==(const MissingPythonEnvironment&) const = default;
+    };
+    struct NoInstallRecipe {
+        bool operator==(const NoInstallRecipe&) const = default;
+    };
+
+    std::variant<UnsupportedManager, MissingPythonEnvironment, NoInstallRecipe> value;
+
+    std::string errorDescription() const;
+
+    bool operator==(const PlanError&) const = default;
+};
+
+using Plan = std::variant<DependencyInstallPlan, PlanError>;
+
+// They read a few files. What was found constrained or blocked is never named in a plan.
+Plan nodePlan(const DependencyEcosystemResult& result, const ProjectPlace& place);
+// Asks interpreters where several environments may be the project's.
+Plan pythonPlan(const DependencyTools& tools, const DependencyEcosystemResult& result,
+                const ProjectPlace& place);
+
+// Runs the steps up to the first one that fails. The status is that of the last step that ran; the
+// output of each step stands behind its command. `observer` gets the output of both streams as it
+// comes, on the calling thread. Blocks, never from the main thread; nothing is rolled back.
+struct RunRequest {
+    DependencyInstallPlan plan;
+    std::chrono::nanoseconds timeoutPerStep;
+    std::function<void(std::string_view bytes)> observer = {};
+    // Told before each step.
+    std::function<void(const DependencyInstallStep& step)> begins = {};
+};
+CommandResult run(const DependencyTools& tools, const RunRequest& request);
+
+// The folder of a result's project: the repository itself for none, for "" and for ".".
+std::string absoluteProjectPath(const std::optional<std::string>& project,
+                                const std::string& repoPath);
+
+// By "pnpm-workspace.yaml" or "pnpm-lock.yaml" in the root.
+bool isInsidePnpmWorkspace(const std::string& repoPath);
+
+// The first of the candidates that can be executed.
+std::optional<std::string> resolveUVExecutable(const DependencyTools& tools);
+
+}  // namespace DependencyInstaller
+}  // namespace tarnbeck
