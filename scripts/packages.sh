@@ -7,8 +7,8 @@ homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11)
 
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
-    libclang-rt-16-dev gh python3 openssl ca-certificates)
-homebrew_test_packages=(googletest llvm gh python3 openssl)
+    libclang-rt-16-dev flake8 gh python3 python3-venv openssl ca-certificates)
+homebrew_test_packages=(googletest llvm flake8 gh python3 openssl)
 
 # Messages go to standard error, so that the output of the program stays clean.
 say() { printf '%s\n' "$@" >&2; }

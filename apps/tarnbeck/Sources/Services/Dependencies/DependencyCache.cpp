@@ -142,6 +142,7 @@ void DependencyCache::invalidateMarkersCache(const std::string& repoPath) {
 void DependencyCache::schedulePersist() {
     persistWaits_ = true;
     tools_.loop.post(anchor_.guarded([](DependencyCache& self) {
+        if (!self.persistWaits_) return;  // drained meanwhile
         self.persistWorkItem_ = self.tools_.loop.after(
             delayBeforeWrite, self.anchor_.guarded([](DependencyCache& later) {
                 later.cacheQueue_->post([&later] { later.persistCacheNow(); });
