@@ -1,4 +1,5 @@
 #include <csignal>
+#include <thread>
 
 #include "DependencyCommandRunner.h"
 #include "OwnDescriptors.h"
@@ -29,6 +30,7 @@ using RunCommand_Result = RunCommandTest;
 using RunCommand_LaunchError = RunCommandTest;
 using RunCommand_Timeout = RunCommandTest;
 using RunCommand_Pipes = RunCommandTest;
+using RunCommand_Observer = RunCommandTest;
 using RunCommand_Leaks = RunCommandTest;
 
 TEST_F(RunCommand_Result, SuccessHasStatusZeroAndTheOutput) {
@@ -145,6 +147,42 @@ TEST_F(RunCommand_Pipes, FloodOnBothStreamsNeverBlocksTheChild) {
     EXPECT_EQ(result.terminationStatus, 0);
     EXPECT_EQ(result.stdout.size(), std::size_t{200} << 20);
     EXPECT_EQ(result.stderr.size(), std::size_t{200} << 20);
+}
+
+TEST_F(RunCommand_Observer, GetsTheBytesOfBothStreamsUntrimmedOnTheCallingThread) {
+    std::string seen;
+    bool isCallingThread = true;
+    const auto observe = [&, caller = std::this_thread::get_id()](std::string_view bytes) {
+        isCallingThread = isCallingThread && std::this_thread::get_id() == caller;
+        seen += bytes;
+    };
+    run({.executable = BAD_CHILD,
+         .args = {"print", " out\n"},
+         .timeout = 30s,
+         .observer = observe});
+    run({.executable = BAD_CHILD, .args = {"fail", "4"}, .timeout = 30s, .observer = observe});
+    EXPECT_EQ(seen, " out\n  went wrong \xC2\xA0\n\n");
+    EXPECT_TRUE(isCallingThread);
+}
+
+TEST_F(RunCommand_Observer, GetsWhatIsPrintedWhileTheChildStillRuns) {
+    std::string seen;
+    const CommandResult result = run({.executable = BAD_CHILD,
+                                      .args = {"ignore-sigterm"},
+                                      .timeout = 1s,
+                                      .observer = [&](std::string_view bytes) { seen += bytes; }});
+    EXPECT_TRUE(result.timedOut);
+    EXPECT_EQ(seen, "ready\n");
+}
+
+TEST_F(RunCommand_Observer, GetsBytesThatTheResultLeavesOut) {
+    std::string seen;
+    const auto result = run({.executable = BAD_CHILD,
+                             .args = {"broken-utf8"},
+                             .timeout = 30s,
+                             .observer = [&](std::string_view bytes) { seen += bytes; }});
+    EXPECT_EQ(result.stdout, "");
+    EXPECT_EQ(seen, "good \xC3\x28 bad\n");
 }
 
 TEST_F(RunCommand_Leaks, NoPathLeavesAZombieOrADescriptor) {

@@ -129,6 +129,48 @@ TEST(ProcessPipeReader_Draining, NoDescriptorIsLeftWhetherOrNotTheEndWasReached)
     EXPECT_EQ(openDescriptors(), before);
 }
 
+TEST(ProcessPipeReader_Observer, IsToldOfEachPieceBeforeThePipesAreAtTheirEnd) {
+    TwoPipes pipes;
+    std::vector<std::string> pieces;
+    pipes.reader.observe([&](std::string_view bytes) { pieces.emplace_back(bytes); });
+    writeTo(pipes.output.writeEnd, "first");
+    EXPECT_FALSE(pipes.reader.waitForEnd(steady_clock::now() + 20ms));
+    writeTo(pipes.errors.writeEnd, "second");
+    EXPECT_FALSE(pipes.reader.waitForEnd(steady_clock::now() + 20ms));
+    EXPECT_THAT(pieces, ::testing::ElementsAre("first", "second"));
+}
+
+TEST(ProcessPipeReader_Observer, GetsACharacterInTheTwoHalvesThatCame) {
+    TwoPipes pipes;
+    std::vector<std::string> pieces;
+    pipes.reader.observe([&](std::string_view bytes) { pieces.emplace_back(bytes); });
+    for (const char* half : {"\xC3", "\xA9"}) {
+        writeTo(pipes.output.writeEnd, half);
+        pipes.reader.waitForEnd(steady_clock::now() + 20ms);
+    }
+    pipes.closeWriteEnds();
+    pipes.reader.waitForEnd(steady_clock::now() + 10s);
+    EXPECT_THAT(pieces, ::testing::ElementsAre("\xC3", "\xA9"));
+    EXPECT_EQ(pipes.reader.takeStandardOutput(), "\xC3\xA9");
+}
+
+TEST(ProcessPipeReader_Observer, GetsWhatAPipePastTheLargestOutputForgets) {
+    TwoPipes pipes;
+    std::size_t seen = 0;
+    pipes.reader.observe([&](std::string_view bytes) { seen += bytes.size(); });
+    const std::string chunk(1 << 20, 'x');
+    std::size_t written = 0;
+    std::thread writer([&] {
+        for (; written <= PipeBuffer::largestOutput; written += chunk.size()) {
+            writeTo(pipes.output.writeEnd, chunk);
+        }
+        pipes.closeWriteEnds();
+    });
+    EXPECT_TRUE(pipes.reader.waitForEnd(steady_clock::now() + 120s));
+    writer.join();
+    EXPECT_EQ(seen, written);
+}
+
 // Ends when it has been asked often enough, and offers no event.
 class ChildWithoutEvent : public ChildProcess {
   public:

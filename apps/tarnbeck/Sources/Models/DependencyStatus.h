@@ -85,6 +85,12 @@ struct DependencyUpdate {
     // "Node-react"
     std::string id() const;
 
+    // It can be taken: no constraint and no SDK stands against it.
+    bool isActionable() const {
+        return updateType != DependencyUpdateType::constrained &&
+               updateType != DependencyUpdateType::blocked;
+    }
+
     bool operator==(const DependencyUpdate&) const = default;
 
     static constexpr auto fields() {

@@ -6,12 +6,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <variant>
 #include <vector>
 
 #include "DependencyMarkers.h"
 #include "DependencyStatus.h"
 #include "DependencyTools.h"
+#include "Record.h"
 
 namespace tarnbeck {
 
@@ -22,6 +24,13 @@ struct DependencyInstallStep {
     std::string displayCommand;  // what a person reads
 
     bool operator==(const DependencyInstallStep&) const = default;
+
+    static constexpr auto fields() {
+        return std::tuple{field("executable", &DependencyInstallStep::executable),
+                          field("args", &DependencyInstallStep::args),
+                          field("cwd", &DependencyInstallStep::cwd),
+                          field("displayCommand", &DependencyInstallStep::displayCommand)};
+    }
 };
 
 struct DependencyInstallPlan {
@@ -29,6 +38,11 @@ struct DependencyInstallPlan {
     std::vector<DependencyInstallStep> steps;  // in the order of execution
 
     bool operator==(const DependencyInstallPlan&) const = default;
+
+    static constexpr auto fields() {
+        return std::tuple{field("summary", &DependencyInstallPlan::summary),
+                          field("steps", &DependencyInstallPlan::steps)};
+    }
 };
 
 namespace DependencyInstaller {
@@ -61,8 +75,21 @@ Plan nodePlan(const DependencyEcosystemResult& result, const ProjectPlace& place
 Plan pythonPlan(const DependencyTools& tools, const DependencyEcosystemResult& result,
                 const ProjectPlace& place);
 
-// Runs the steps up to the first one that fails. The status is that of the last step that ran; the
-// output of each step stands behind its command. `observer` gets the output of both streams as it
+// What the steps of a Python plan run with: `uv` where there is one, or else the interpreter's pip.
+struct PythonStepTools {
+    std::string pythonExecutable;
+    std::optional<std::string> uvExecutable;
+    std::string cwd;
+};
+DependencyInstallStep pythonInstallStep(const PythonStepTools& tools,
+                                        const std::string& requirementFile);
+DependencyInstallStep pythonEditableInstallStep(const PythonStepTools& tools);
+DependencyInstallStep pythonUpgradeStep(const PythonStepTools& tools,
+                                        const std::vector<std::string>& packages);
+
+// Runs the steps up to the first one that fails. The status is that of the last step that ran (0
+// for a plan without steps); the output of each step stands behind its command, and a silent one
+// leaves no trace. `observer` gets the output of both streams as it
 // comes, on the calling thread. Blocks, never from the main thread; nothing is rolled back.
 struct RunRequest {
     DependencyInstallPlan plan;

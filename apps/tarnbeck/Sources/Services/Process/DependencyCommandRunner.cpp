@@ -34,6 +34,7 @@ CommandResult DependencyCommandRunner::runCommand(const Command& command) const 
     ChildProcess& child = **launched;
     auto reader = ProcessPipeReader::readStdoutAndStderr(child.takeStandardOutput(),
                                                          child.takeStandardError());
+    reader.observe(command.observer);
     CommandResult result;
     result.timedOut = !reader.waitForExit(child, steady_clock::now() + command.timeout);
     if (result.timedOut) {

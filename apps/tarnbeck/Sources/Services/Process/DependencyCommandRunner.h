@@ -30,6 +30,9 @@ struct Command {
     std::vector<std::string> args;
     std::string cwd = "/";
     std::chrono::nanoseconds timeout{};
+    // Told what both streams print as they print it, on the calling thread, also of what the result
+    // then leaves out. A piece may end within a character.
+    std::function<void(std::string_view bytes)> observer = {};
 };
 
 // What a caller that runs tools is handed.

@@ -23,16 +23,18 @@ int millisecondsUntil(steady_clock::time_point deadline) {
 
 }  // namespace
 
-void PipeBuffer::readAvailable() {
+void PipeBuffer::readAvailable(const ByteObserver& observer) {
     std::array<char, 65536> chunk;  // filled by `read`, and too large to clear each time
     const ssize_t count = read(pipe_.get(), chunk.data(), chunk.size());
     if (count > 0) {
-        tooLarge_ = tooLarge_ || bytes_.size() + static_cast<std::size_t>(count) > largestOutput;
+        const std::string_view bytes(chunk.data(), static_cast<std::size_t>(count));
+        tooLarge_ = tooLarge_ || bytes_.size() + bytes.size() > largestOutput;
         if (tooLarge_) {
             bytes_ = {};
         } else {
-            bytes_.append(chunk.data(), static_cast<std::size_t>(count));
+            bytes_.append(bytes);
         }
+        if (observer) observer(bytes);
     } else if (count == 0 || (errno != EINTR && errno != EAGAIN)) {
         pipe_.close();
     }
@@ -68,8 +70,8 @@ void ProcessPipeReadHandle::drainOnce(int event, steady_clock::time_point deadli
                                    {standardError_.descriptor(), POLLIN, 0},
                                    {event, POLLIN, 0}}};
     if (poll(sources.data(), sources.size(), millisecondsUntil(deadline)) <= 0) return;
-    if (sources[0].revents != 0) standardOutput_.readAvailable();
-    if (sources[1].revents != 0) standardError_.readAvailable();
+    if (sources[0].revents != 0) standardOutput_.readAvailable(observer_);
+    if (sources[1].revents != 0) standardError_.readAvailable(observer_);
 }
 
 ProcessPipeReadHandle ProcessPipeReader::readStdoutAndStderr(FileDescriptor stdoutPipe,

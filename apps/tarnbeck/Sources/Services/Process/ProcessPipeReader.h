@@ -4,12 +4,18 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "FileDescriptor.h"
 #include "ProcessLauncher.h"
 
 namespace tarnbeck {
+
+// Gets the bytes of both pipes as they are read, on the thread that drains them: any number of
+// them, which may end within a character.
+using ByteObserver = std::function<void(std::string_view bytes)>;
 
 // One pipe's bytes: all of them, up to end of file, or none. A pipe that is still open when the
 // waiting ends counts as empty, and so does one that passes `largestOutput`.
@@ -21,8 +27,9 @@ class PipeBuffer {
 
     bool reachedEnd() const { return !pipe_; }
     int descriptor() const { return pipe_.get(); }
-    // Reads what is there; only when the descriptor is readable.
-    void readAvailable();
+    // Reads what is there and tells `observer`, if there is one; only when the descriptor is
+    // readable.
+    void readAvailable(const ByteObserver& observer);
     // The bytes if the end was reached, otherwise nothing.
     std::string takeContent();
 
@@ -36,6 +43,9 @@ class ProcessPipeReadHandle {
   public:
     ProcessPipeReadHandle(FileDescriptor standardOutput, FileDescriptor standardError)
         : standardOutput_(std::move(standardOutput)), standardError_(std::move(standardError)) {}
+
+    // From now on `observer` is told what is read, whatever becomes of it in the buffers.
+    void observe(ByteObserver observer) { observer_ = std::move(observer); }
 
     // Drains until the child has ended, and reaps it; false when the deadline came first.
     bool waitForExit(ChildProcess& child, std::chrono::steady_clock::time_point deadline);
@@ -52,6 +62,7 @@ class ProcessPipeReadHandle {
 
     PipeBuffer standardOutput_;
     PipeBuffer standardError_;
+    ByteObserver observer_;
 };
 
 namespace ProcessPipeReader {
