@@ -177,6 +177,17 @@ TEST_F(RealPnpm_Plan, RootIsBroughtUpToDate) {
     EXPECT_EQ(scan().status, DependencyHealth::upToDate);
 }
 
+TEST_F(RealPnpm_Plan, NamedPackageIsUpdatedAndTheOthersStay) {
+    registryHas(R"({"left": ["1.0.0"], "right": ["1.0.0"]})");
+    installed(R"({"left": "^1.0.0", "right": "^1.0.0"})");
+    registryHas(R"({"left": ["1.0.0", "1.1.0"], "right": ["1.0.0", "1.1.0"]})");
+    forgetWhatManagersKeep();
+    const DependencyUpdate left{
+        .package = "left", .currentVersion = "1.0.0", .latestVersion = "1.1.0"};
+    EXPECT_EQ(update({.project = ".", .manager = "pnpm", .updates = {left}}).terminationStatus, 0);
+    EXPECT_THAT(updatesInWords(scan()), ElementsAre("right 1.0.0 > 1.1.0 constrained"));
+}
+
 TEST_F(RealPnpm_Plan, FailedInstallIsNotFollowedByAnUpdate) {
     registryHas(R"({"left": ["1.0.0"]})");
     installed(R"({"left": "^1.0.0"})");
