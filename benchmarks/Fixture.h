@@ -83,8 +83,12 @@ struct Engine {
 
     // Real scans of these repositories, not started by themselves.
     RepositoryScanner::Options options(AppConfiguration configuration) {
+        const RepositoryScanner::Sources sources{
+            .gitHub = gitHub,
+            .dependencyTools = dependencyTools,
+            .dependencyMemory = {.cache = dependencyCache, .clock = loop}};
         auto made = RepositoryScanner::ordinaryOptions(
-            services(), gitHub, {.home = home, .report = [](std::string_view) {}},
+            services(), sources, {.home = home, .report = [](std::string_view) {}},
             std::move(configuration));
         made.autoStart = false;
         return made;
@@ -106,6 +110,9 @@ struct Engine {
          .log = log,
          .clock = loop,
          .queues = queues}};
+    DependencyTools dependencyTools = DependencyTools::ordinary(home, launcher);
+    DependencyCache dependencyCache{DependencyCache::ordinaryFile(home),
+                                    {.loop = loop, .queues = queues}};
     std::unique_ptr<FileEvents> fileEvents = makeFileEvents();
     NameCollator collator;
 

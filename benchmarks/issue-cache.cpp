@@ -3,7 +3,6 @@
 // meanwhile.
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <string>
 #include <thread>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "Fixture.h"
 #include "GitHubIssueCache.h"
 #include "Report.h"
+#include "Timing.h"
 
 using namespace tarnbeck;
 using namespace tarnbeck::benchmark;
@@ -99,18 +99,6 @@ std::string encoded(const Entries& entries) {
     std::string text;
     for (const std::string_view piece : encoder.pieces(entries)) text += piece;
     return text;
-}
-
-template <class Work>
-double secondsOf(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::ranges::nth_element(values, values.begin() + std::ssize(values) / 2);
-    return values[values.size() / 2];
 }
 
 // Both on a queue, and thus at the same priority.

@@ -8,15 +8,6 @@
 #include "SystemFileEvents.h"
 
 namespace tarnbeck::cli {
-namespace {
-
-DependencyTools ordinaryDependencyTools(const std::string& home, ProcessLauncher& launcher) {
-    return {.runCommand = [runner = DependencyCommandRunner(home, launcher)](
-                              const Command& command) { return runner.runCommand(command); },
-            .uvCandidates = DependencyTools::ordinaryUvCandidates(home)};
-}
-
-}  // namespace
 
 Companion::Companion(std::string home)
     : home_(std::move(home)),
@@ -29,7 +20,7 @@ Companion::Companion(std::string home)
                .log = log_,
                .clock = loop_,
                .queues = queues_}),
-      dependencyTools_(ordinaryDependencyTools(home_, launcher_)),
+      dependencyTools_(DependencyTools::ordinary(home_, launcher_)),
       dependencyCache_(DependencyCache::ordinaryFile(home_), {.loop = loop_, .queues = queues_}),
       fileEvents_(makeFileEvents()) {}
 

@@ -15,7 +15,10 @@ ScanFollower::ScanFollower(Companion& companion)
     : companion_(companion), failures_(companion.log()) {}
 
 RepositoryScanner::Options ScanFollower::optionsFor(AppConfiguration configuration) {
-    auto options = RepositoryScanner::ordinaryOptions(companion_.services(), companion_.gitHub(),
+    const RepositoryScanner::Sources sources{.gitHub = companion_.gitHub(),
+                                             .dependencyTools = companion_.dependencyTools(),
+                                             .dependencyMemory = companion_.dependencyMemory()};
+    auto options = RepositoryScanner::ordinaryOptions(companion_.services(), sources,
                                                       companion_.place(), std::move(configuration));
     options.autoStart = false;
     options.scanRepositoryHandler = [this, scan = std::move(options.scanRepositoryHandler)](

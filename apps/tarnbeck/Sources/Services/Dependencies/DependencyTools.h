@@ -28,6 +28,13 @@ struct DependencyTools {
     std::vector<std::string> uvCandidates;
     DependencyTimeouts timeouts = {};
 
+    // Those of the running program. `launcher` must outlive them.
+    static DependencyTools ordinary(const std::string& home, ProcessLauncher& launcher) {
+        const DependencyCommandRunner runner(home, launcher);
+        return {
+            .runCommand = [runner](const Command& command) { return runner.runCommand(command); },
+            .uvCandidates = ordinaryUvCandidates(home)};
+    }
     static std::vector<std::string> ordinaryUvCandidates(const std::string& home) {
         return {home + "/.local/bin/uv", "/opt/homebrew/bin/uv", "/usr/local/bin/uv",
                 "/usr/bin/uv"};

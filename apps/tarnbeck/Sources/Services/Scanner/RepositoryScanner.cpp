@@ -62,14 +62,19 @@ RepositoryScanner::~RepositoryScanner() {
 }
 
 RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& services,
-                                                              GitHubScanner& gitHub,
+                                                              const Sources& sources,
                                                               const ConfigurationPlace& place,
                                                               AppConfiguration configuration) {
-    const StaticScan tools{.loop = services.loop,
-                           .queues = services.queues,
-                           .log = services.log,
-                           .git = services.git,
-                           .home = services.home};
+    GitHubScanner& gitHub = sources.gitHub;
+    const StaticScan tools{
+        .loop = services.loop,
+        .queues = services.queues,
+        .log = services.log,
+        .git = services.git,
+        .home = services.home,
+        .initialDependencySummary = [memory = sources.dependencyMemory](const std::string& path) {
+            return DependencyScanner::initialSummary(memory, path);
+        }};
     const auto savingQueue = services.queues.serial("com.tarnbeck.configuration");
     return {
         .configuration = std::move(configuration),
@@ -81,6 +86,12 @@ RepositoryScanner::Options RepositoryScanner::ordinaryOptions(const Services& se
         .issueScanHandler =
             [&gitHub](const std::string& path, GitHubIssueRefreshPolicy policy) {
                 return gitHub.scan({.at = path, .policy = policy});
+            },
+        .dependencyScanHandler =
+            [tools = sources.dependencyTools, memory = sources.dependencyMemory](
+                const std::string& path, bool forceRefresh) {
+                return DependencyScanner::scan(tools, memory,
+                                               {.at = path, .forceRefresh = forceRefresh});
             },
         .knownGitHubData = {.lastKnownIssueFetchDate =
                                 [&gitHub](const std::string& path) {

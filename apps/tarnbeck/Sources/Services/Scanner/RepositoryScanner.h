@@ -134,9 +134,15 @@ class RepositoryScanner {
     RepositoryScanner(const RepositoryScanner&) = delete;
     RepositoryScanner& operator=(const RepositoryScanner&) = delete;
 
+    // The slower sources. What is referred to must outlive the scanner and its background work.
+    struct Sources {
+        GitHubScanner& gitHub;
+        DependencyTools dependencyTools;
+        DependencyScanner::Memory dependencyMemory;
+    };
     // What the running program makes its scanner of: real scans, started at once. `configuration`
     // is that of `loadInitialConfiguration`.
-    static Options ordinaryOptions(const Services& services, GitHubScanner& gitHub,
+    static Options ordinaryOptions(const Services& services, const Sources& sources,
                                    const ConfigurationPlace& place, AppConfiguration configuration);
 
     // The first refresh, the watcher, and the timers. Done by the constructor with `autoStart`.
