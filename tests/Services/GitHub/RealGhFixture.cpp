@@ -1,84 +1,30 @@
 #include "RealGhFixture.h"
 
-#include <filesystem>
-
-#include <poll.h>
-#include <unistd.h>
-
-#include "FileSystem.h"
 #include "MachineRights.h"
 
 namespace tarnbeck::testing {
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr const char* trustedCertificates = "/etc/ssl/certs/ca-certificates.crt";
-
-// Where a program is installed; empty when it is not.
-std::string installed(const std::string& name) {
-    for (const char* folder : {"/opt/homebrew/bin/", "/usr/local/bin/", "/usr/bin/"}) {
-        if (isExecutableFile(folder + name)) return folder + name;
-    }
-    return {};
-}
-
-// The first line that is printed, without its line feed.
-std::string firstLine(int descriptor) {
-    std::string line;
-    char character = 0;
-    while (read(descriptor, &character, 1) == 1 && character != '\n') line += character;
-    return line;
-}
 
 }  // namespace
 
 void RealGhFixture::SetUp() {
-    gh_ = installed("gh");
-    python_ = installed("python3");
-    openssl_ = installed("openssl");
-    if (gh_.empty()) GTEST_SKIP() << "gh is not installed";
-    if (python_.empty()) GTEST_SKIP() << "python3 is not installed";
-    if (openssl_.empty()) GTEST_SKIP() << "openssl is not installed";
+    gh_ = installedProgram("gh");
+    for (const char* program : {"gh", "python3", "openssl"}) {
+        if (installedProgram(program).empty()) GTEST_SKIP() << program << " is not installed";
+    }
     serverHas("issues", {});
     serverHas("pullRequests", {});
 }
 
-void RealGhFixture::makeCertificate() {
-    const auto made =
-        DependencyCommandRunner(home_, launcher_)
-            .runCommand({.executable = openssl_,
-                         .args = {"req", "-x509", "-newkey", "ec", "-pkeyopt",
-                                  "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", "key.pem",
-                                  "-out", "certificate.pem", "-days", "2", "-subj", "/CN=localhost",
-                                  "-addext", "subjectAltName=DNS:localhost"},
-                         .cwd = folder_.path(),
-                         .timeout = 60s});
-    ASSERT_EQ(made.terminationStatus, 0) << made.stderr;
-}
-
 void RealGhFixture::startServer(const std::string& role) {
-    ASSERT_NO_FATAL_FAILURE(makeCertificate());
-    const std::vector<std::string> arguments = {GITHUB_SERVER, folder_ / "certificate.pem",
-                                                folder_ / "key.pem", folder_.path(), role};
-    auto launched = launcher_.launch({.executable = python_, .arguments = arguments});
-    ASSERT_TRUE(launched) << launched.error();
-    server_ = *std::move(launched);
-    serverOutput_ = server_->takeStandardOutput();
-    const std::string port = firstLine(serverOutput_.get());
-    ASSERT_NE(port, "") << "the server does not start";
-    folder_.write("home/.config/gh/hosts.yml", "localhost:" + port +
+    ASSERT_NO_FATAL_FAILURE(makeCertificate(folder_.path()));
+    ASSERT_NO_FATAL_FAILURE(server_.start(
+        {GITHUB_SERVER, folder_ / "certificate.pem", folder_ / "key.pem", folder_.path(), role}));
+    folder_.write("home/.config/gh/hosts.yml", "localhost:" + server_.port() +
                                                    ":\n    oauth_token: not-a-secret\n"
                                                    "    user: ann\n    git_protocol: https\n");
-}
-
-void RealGhFixture::stopServer() {
-    if (!server_) return;
-    server_->kill();
-    pollfd exit{.fd = server_->exitDescriptor(), .events = POLLIN};
-    poll(&exit, 1, 10'000);
-    EXPECT_FALSE(server_->isRunning());
-    server_.reset();
 }
 
 void RealGhFixture::trustingTheServer(const std::function<void()>& test) {
