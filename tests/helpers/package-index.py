@@ -9,8 +9,8 @@ stand in FOLDER/packages.json, an object from name to
     {"releases": {"1.0": ["other<2", ...], ...}, "fault": "...", "delay": 100}
 
 with what each release requires, the latest one last; a delay in milliseconds before each answer;
-and a fault: "silent" never answers, "500" and "404" are such answers, "garbage" is no JSON,
-"elsewhere" sends the client to a server without TLS. Each request is noted in FOLDER/requests.txt.
+and a fault: "silent" never answers, "500" and "404" are such answers, "garbage" is no JSON, and a
+text with "://" sends the client to that server. Each request is noted in FOLDER/requests.txt.
 """
 import hashlib
 import html
@@ -98,10 +98,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         fault = behaviour.get("fault")
         if fault == "silent":
             threading.Event().wait()
-        elif fault == "elsewhere":
-            self.reply(301, "text/plain", b"", f"http://localhost:1{self.path}")
         elif fault == "garbage":
             self.reply(200, "application/json", b"<html>")
+        elif fault and "://" in fault:
+            self.reply(301, "text/plain", b"", fault + self.path)
         elif fault:
             self.reply(int(fault), "text/plain", b"")
         else:

@@ -31,8 +31,9 @@ class PythonProgram : public RealPythonFixture {
   protected:
     void SetUp() override {
         RealPythonFixture::SetUp();
-        if (!IsSkipped()) python = makeEnvironment();
+        if (!IsSkipped()) python = needsPip() ? makeEnvironment() : makeEnvironmentWithoutPip();
     }
+    virtual bool needsPip() const { return true; }
 
     // An installed package, as its metadata alone.
     void installed(const std::string& name, const std::string& version,
@@ -270,6 +271,7 @@ TEST_F(PythonProgram_Origins, NothingOfTheProjectIsImported) {
 
 class PythonProgram_Index : public PythonProgram {
   protected:
+    bool needsPip() const override { return false; }
     CommandResult index(const std::string& packages) {
         return runProgram(python, PythonPrograms::pypi, {packages});
     }
@@ -298,10 +300,9 @@ TEST_F(PythonProgram_Index, NastyNameIsQuoted) {
 
 TEST_F(PythonProgram_Index, FailedLookupLosesItsPackageAlone) {
     serve(R"({"a": {"releases": {"2.0": []}}, "missing": {"fault": "404"},
-              "broken": {"fault": "500"}, "odd": {"fault": "garbage"},
-              "elsewhere": {"fault": "elsewhere"}})");
+              "broken": {"fault": "500"}, "odd": {"fault": "garbage"}})");
     expectJson(index(R"([{"name": "missing", "version": "1"}, {"name": "broken", "version": "1"},
-                         {"name": "odd", "version": "1"}, {"name": "elsewhere", "version": "1"},
+                         {"name": "odd", "version": "1"},
                          {"name": "unknown", "version": "1"}, {"name": "a"}, {"version": "1"}, 7,
                          {"name": "a", "version": "1.0"}])"),
                R"([{"name": "a", "version": "1.0", "latest_version": "2.0"}])");
@@ -358,11 +359,33 @@ TEST_F(PythonProgram_Index, IndexWithoutAHostLosesAll) {
     expectJson(index(R"([{"name": "a", "version": "1.0"}])"), "[]");
 }
 
-TEST_F(PythonProgram_Index, WithoutPipItWorksToo) {
-    serve(R"({"a": {"releases": {"2.0": []}}})");
-    python = makeEnvironmentWithoutPip("repo/venv");
+TEST_F(PythonProgram_Index, RedirectionIsFollowed) {
+    LoopbackServer other;
+    folder_.write("packages.json", R"({"a": {"releases": {"2.0": []}}})");
+    makeCertificate(folder_.path());
+    other.start({PACKAGE_INDEX, folder_.path(), folder_ / "certificate.pem", folder_ / "key.pem"});
+    serve(R"({"a": {"fault": "https://localhost:)" + other.port() + R"("}})");
     expectJson(index(R"([{"name": "a", "version": "1.0"}])"),
                R"([{"name": "a", "version": "1.0", "latest_version": "2.0"}])");
+}
+
+TEST_F(PythonProgram_Index, RedirectionOutOfTlsIsNotFollowed) {
+    LoopbackServer other;
+    folder_.write("packages.json", R"({"a": {"releases": {"2.0": []}}})");
+    other.start({PACKAGE_INDEX, folder_.path()});
+    serve(R"({"a": {"fault": "http://localhost:)" + other.port() + R"("}})");
+    expectJson(index(R"([{"name": "a", "version": "1.0"}])"), "[]");
+    EXPECT_EQ(requests(), "/pypi/a/json application/json\n");
+}
+
+TEST_F(PythonProgram_Index, WithoutSettingsItIsPipsOwn) {
+    // What the program works with where nothing else is told, without asking it.
+    const std::string text(PythonPrograms::pypi);
+    const std::string program =
+        text.substr(0, text.rfind("main()")) + "print(default_index().partition('/')[0])\n";
+    for (const auto& interpreter : {python, makeEnvironment("repo/venv")}) {
+        EXPECT_EQ(runProgram(interpreter, program, {}).stdout, "https:");
+    }
 }
 
 TEST_F(PythonProgram_Index, ListingThatIsNoJsonFailsSilently) {

@@ -4,6 +4,8 @@
 #include <iterator>
 #include <utility>
 
+#include "FileSystem.h"
+
 namespace tarnbeck::testing {
 namespace {
 
@@ -32,7 +34,9 @@ void RealPythonFixture::SetUp() {
 void RealPythonFixture::serve(const std::string& packages, const std::string& settings) {
     folder_.write("packages.json", packages);
     folder_.write("requests.txt", "");
-    ASSERT_NO_FATAL_FAILURE(makeCertificate(folder_.path()));
+    if (!exists(folder_ / "certificate.pem")) {
+        ASSERT_NO_FATAL_FAILURE(makeCertificate(folder_.path()));
+    }
     ASSERT_NO_FATAL_FAILURE(server_.start(
         {PACKAGE_INDEX, folder_.path(), folder_ / "certificate.pem", folder_ / "key.pem"}));
     folder_.write("home/.config/pip/pip.conf",
