@@ -1,4 +1,8 @@
+#include <csignal>
+
 #include <fmt/format.h>
+#include <poll.h>
+#include <sys/stat.h>
 
 #include "Json.h"
 #include "PythonPrograms.h"
@@ -200,6 +204,24 @@ TEST_F(PythonProgram_Blocking, WithoutInspectItFailsSilently) {
     expectFailure(blocking(updateOfB));
 }
 
+TEST_F(PythonProgram_Blocking, EndsPipWhenItIsEnded) {
+    const std::string fifo = folder_ / "pid";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    folder_.write(
+        sitePackages() + "/pip/__main__.py",
+        "import os, time\nopen('" + fifo + "', 'w').write(str(os.getpid()))\ntime.sleep(600)\n");
+    const auto program =
+        launcher_.launch({.executable = python,
+                          .arguments = {"-c", std::string(PythonPrograms::blocking), updateOfB}});
+    ASSERT_TRUE(program) << program.error();
+    const pid_t pip = std::stoi(contentOf(fifo));  // waits until pip writes it
+    (*program)->terminate();
+    pollfd exit{.fd = (*program)->exitDescriptor(), .events = POLLIN};
+    ASSERT_EQ(poll(&exit, 1, 60'000), 1);
+    EXPECT_FALSE((*program)->isRunning());
+    EXPECT_EQ(kill(pip, 0), -1);
+}
+
 TEST_F(PythonProgram_Blocking, NothingOfTheProjectIsImported) {
     installed("A", "1.0", {"B<2"});
     for (const char* name : {"json.py", "signal.py", "subprocess.py", "packaging/__init__.py",
@@ -263,7 +285,8 @@ TEST_F(PythonProgram_Origins, WithoutItsArgumentsItFailsSilently) {
 }
 
 TEST_F(PythonProgram_Origins, NothingOfTheProjectIsImported) {
-    for (const char* name : {"json.py", "subprocess.py", "packaging/requirements.py"}) {
+    for (const char* name : {"json.py", "subprocess.py", "packaging/requirements.py",
+                             "pip/__init__.py", "pip/__main__.py"}) {
         file(name, "print('imported'); raise SystemExit(3)");
     }
     expectJson(origins({"a"}, {file("requirements.txt", "a\n")}), R"({"a": "manifestDirect"})");
