@@ -1,6 +1,5 @@
 #include "RealPythonFixture.h"
 
-#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -8,8 +7,6 @@
 
 namespace tarnbeck::testing {
 namespace {
-
-constexpr auto longest = std::chrono::seconds(120);
 
 // Puts the pip that Python carries into the environment of the interpreter that runs this: what
 // `venv` does too, and takes twenty times as long for.

@@ -1,6 +1,7 @@
 // Virtual environments of the machine's own Python, with a package index of our own.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -45,8 +46,15 @@ class RealPythonFixture : public ::testing::Test {
     const std::string project_ = folder_.makeFolder("repo");
     PosixProcessLauncher launcher_;
     const DependencyCommandRunner runner_{home_, launcher_};
+    // With time enough for a machine that does much else.
+    static constexpr std::chrono::seconds longest{120};
     DependencyTools tools_{
-        .runCommand = [this](const Command& command) { return runner_.runCommand(command); }};
+        .runCommand = [this](const Command& command) { return runner_.runCommand(command); },
+        .timeouts = {.pythonOutdated = longest,
+                     .pythonList = longest,
+                     .pythonMatchScore = longest,
+                     .pythonBlocked = longest,
+                     .pythonOrigins = longest}};
 
   private:
     LoopbackServer server_;
