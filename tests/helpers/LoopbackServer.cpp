@@ -1,11 +1,13 @@
 #include "LoopbackServer.h"
 
+#include <chrono>
 #include <utility>
 
-#include <gtest/gtest.h>
 #include <poll.h>
+#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "DependencyCommandRunner.h"
 #include "FileSystem.h"
 
 namespace tarnbeck::testing {
@@ -28,18 +30,29 @@ std::string installedProgram(const std::string& name) {
     return {};
 }
 
-std::string LoopbackServer::start(const std::vector<std::string>& scriptAndArguments) {
-    auto launched = launcher_.launch(
-        {.executable = installedProgram("python3"), .arguments = scriptAndArguments});
-    if (!launched) {
-        ADD_FAILURE() << launched.error();
-        return {};
-    }
+void makeCertificate(const std::string& folder) {
+    PosixProcessLauncher launcher;
+    const auto made =
+        DependencyCommandRunner(folder, launcher)
+            .runCommand({.executable = installedProgram("openssl"),
+                         .args = {"req", "-x509", "-newkey", "ec", "-pkeyopt",
+                                  "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", "key.pem",
+                                  "-out", "certificate.pem", "-days", "2", "-subj", "/CN=localhost",
+                                  "-addext", "subjectAltName=DNS:localhost", "-addext",
+                                  "keyUsage=critical,digitalSignature,keyCertSign"},
+                         .cwd = folder,
+                         .timeout = std::chrono::seconds(60)});
+    ASSERT_EQ(made.terminationStatus, 0) << made.stderr;
+}
+
+void LoopbackServer::start(const std::vector<std::string>& arguments) {
+    auto launched =
+        launcher_.launch({.executable = installedProgram("python3"), .arguments = arguments});
+    ASSERT_TRUE(launched) << launched.error();
     server_ = *std::move(launched);
     output_ = server_->takeStandardOutput();
-    std::string port = firstLine(output_.get());
-    EXPECT_NE(port, "") << "the server does not start";
-    return port;
+    port_ = firstLine(output_.get());
+    ASSERT_NE(port_, "") << "the server does not start";
 }
 
 void LoopbackServer::stop() {

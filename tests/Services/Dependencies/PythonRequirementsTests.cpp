@@ -183,18 +183,6 @@ TEST_F(PythonRequirements_Files, ContinuedLinesAreReadOneByOne) {
     EXPECT_THAT(found(), ElementsAre("a a 1", "b b 2"));
 }
 
-TEST_F(PythonRequirements_Files, FiftyMegabytesAreRead) {
-    std::string text;
-    while (text.size() < 50'000'000) text += "# nothing but words, many of them, in long lines\n";
-    project.write("requirements.txt", text + "a==1\n");
-    EXPECT_THAT(found(), ElementsAre("a a 1"));
-}
-
-TEST_F(PythonRequirements_Files, LineOfFiftyMegabytesIsRead) {
-    project.write("requirements.txt", "a==1\n" + std::string(50'000'000, 'x') + "==1 a\n");
-    EXPECT_EQ(pythonRequirements(project.path()).size(), 2);
-}
-
 TEST_F(PythonRequirements_Files, WithoutAnyThereAreNone) {
     EXPECT_THAT(found(), IsEmpty());
 }

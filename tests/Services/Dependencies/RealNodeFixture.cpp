@@ -20,7 +20,8 @@ void RealNodeFixture::SetUp() {
     if (version.terminationStatus != 0) {
         GTEST_SKIP() << manager_ << " does not run here: " << version.stderr;
     }
-    const std::string port = server_.start({NPM_REGISTRY, registry_.path()});
+    ASSERT_NO_FATAL_FAILURE(server_.start({NPM_REGISTRY, registry_.path()}));
+    const std::string& port = server_.port();
     ASSERT_NE(port, "");
     home_.write(".npmrc", "registry=http://127.0.0.1:" + port +
                               "/\nfund=false\naudit=false\nupdate-notifier=false\n"

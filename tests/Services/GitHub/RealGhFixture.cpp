@@ -1,13 +1,9 @@
 #include "RealGhFixture.h"
 
-#include <filesystem>
-
 #include "MachineRights.h"
 
 namespace tarnbeck::testing {
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr const char* trustedCertificates = "/etc/ssl/certs/ca-certificates.crt";
 
@@ -15,33 +11,18 @@ constexpr const char* trustedCertificates = "/etc/ssl/certs/ca-certificates.crt"
 
 void RealGhFixture::SetUp() {
     gh_ = installedProgram("gh");
-    openssl_ = installedProgram("openssl");
-    if (gh_.empty()) GTEST_SKIP() << "gh is not installed";
-    if (installedProgram("python3").empty()) GTEST_SKIP() << "python3 is not installed";
-    if (openssl_.empty()) GTEST_SKIP() << "openssl is not installed";
+    for (const char* program : {"gh", "python3", "openssl"}) {
+        if (installedProgram(program).empty()) GTEST_SKIP() << program << " is not installed";
+    }
     serverHas("issues", {});
     serverHas("pullRequests", {});
 }
 
-void RealGhFixture::makeCertificate() {
-    const auto made =
-        DependencyCommandRunner(home_, launcher_)
-            .runCommand({.executable = openssl_,
-                         .args = {"req", "-x509", "-newkey", "ec", "-pkeyopt",
-                                  "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", "key.pem",
-                                  "-out", "certificate.pem", "-days", "2", "-subj", "/CN=localhost",
-                                  "-addext", "subjectAltName=DNS:localhost"},
-                         .cwd = folder_.path(),
-                         .timeout = 60s});
-    ASSERT_EQ(made.terminationStatus, 0) << made.stderr;
-}
-
 void RealGhFixture::startServer(const std::string& role) {
-    ASSERT_NO_FATAL_FAILURE(makeCertificate());
-    const std::string port = server_.start(
-        {GITHUB_SERVER, folder_ / "certificate.pem", folder_ / "key.pem", folder_.path(), role});
-    ASSERT_NE(port, "");
-    folder_.write("home/.config/gh/hosts.yml", "localhost:" + port +
+    ASSERT_NO_FATAL_FAILURE(makeCertificate(folder_.path()));
+    ASSERT_NO_FATAL_FAILURE(server_.start(
+        {GITHUB_SERVER, folder_ / "certificate.pem", folder_ / "key.pem", folder_.path(), role}));
+    folder_.write("home/.config/gh/hosts.yml", "localhost:" + server_.port() +
                                                    ":\n    oauth_token: not-a-secret\n"
                                                    "    user: ann\n    git_protocol: https\n");
 }

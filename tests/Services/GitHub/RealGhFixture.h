@@ -2,11 +2,9 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "DependencyCommandRunner.h"
 #include "GitHubScanner.h"
 #include "LoopbackServer.h"
 #include "ObservedLog.h"
@@ -42,10 +40,7 @@ class RealGhFixture : public ::testing::Test {
     GhTimeouts timeouts_;
 
   private:
-    void makeCertificate();
-
     std::string gh_;
-    std::string openssl_;
     LoopbackServer server_;
 };
 
