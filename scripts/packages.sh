@@ -7,10 +7,10 @@ homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11)
 
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
-    libclang-rt-16-dev gh python3 openssl ca-certificates)
+    libclang-rt-16-dev flake8 gh python3 python3-venv openssl ca-certificates)
 # From Debian only where there is none: one from elsewhere is newer, and the two exclude each other.
 command -v npm >/dev/null || debian_test_packages+=(npm)
-homebrew_test_packages=(googletest llvm gh python3 openssl node pnpm)
+homebrew_test_packages=(googletest llvm flake8 gh python3 openssl node pnpm)
 
 # Messages go to standard error, so that the output of the program stays clean.
 say() { printf '%s\n' "$@" >&2; }

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "Dates.h"
+#include "DependencyReport.h"
 #include "IssueReport.h"
 #include "RepositoryJson.h"
 #include "Text.h"
@@ -45,11 +46,25 @@ bool haveEqualIssues(const GitRepository& left, const GitRepository& right) {
     return left.issues == right.issues && left.pullRequests == right.pullRequests;
 }
 
-bool equalButForIssues(const GitRepository& left, const GitRepository& right) {
+bool haveEqualDependencies(const GitRepository& left, const GitRepository& right) {
+    return left.dependencySummary.ecosystems == right.dependencySummary.ecosystems;
+}
+
+// What git tells of them is the same.
+bool equalBesides(const GitRepository& left, const GitRepository& right) {
     GitRepository other = right;
     other.issues = left.issues;
     other.pullRequests = left.pullRequests;
+    other.dependencySummary = left.dependencySummary;
     return left == other;
+}
+
+// Adds the repository to each list that it belongs to.
+void compare(const GitRepository& before, const RepositorySnapshot& after,
+             RepositoryChanges& changes) {
+    if (!equalBesides(before, *after)) changes.changed.push_back(after);
+    if (!haveEqualIssues(before, *after)) changes.issues.push_back(after);
+    if (!haveEqualDependencies(before, *after)) changes.dependencies.push_back(after);
 }
 
 }  // namespace
@@ -62,9 +77,7 @@ RepositoryChanges changesBetween(const Snapshots& before, const Snapshots& after
         if (known == old.end()) {
             changes.changed.push_back(repository);
         } else if (known->second != repository.get()) {
-            if (!equalButForIssues(*known->second, *repository))
-                changes.changed.push_back(repository);
-            if (!haveEqualIssues(*known->second, *repository)) changes.issues.push_back(repository);
+            compare(*known->second, repository, changes);
         }
     }
     const auto present = byPath(after);
@@ -106,6 +119,18 @@ std::string ChangeFeed::issues(Date at, const GitRepository& repository) const {
     object["name"] = repository.name;
     object["issues"] = encodedJson(repository.issues, outputStyle);
     object["pullRequests"] = encodedJson(repository.pullRequests, outputStyle);
+    return line(object);
+}
+
+std::string ChangeFeed::dependencies(Date at, const GitRepository& repository) const {
+    const DependencySummary& summary = repository.dependencySummary;
+    if (form_ == Form::forPeople) {
+        if (summary.status() == DependencyHealth::checking) return {};
+        return fmt::format("{} ▣ {}  {}\n", clockTime(at), printable(repository.name),
+                           summary.inlineSummary().value_or("no dependencies"));
+    }
+    JsonObject object = event("dependencies", at);
+    for (const auto& [key, value] : dependencyJson(repository.path, summary)) object[key] = value;
     return line(object);
 }
 

@@ -13,6 +13,8 @@ namespace tarnbeck::cli {
 struct RepositoryChanges {
     std::vector<RepositorySnapshot> changed;  // new ones, and those that git tells otherwise of
     std::vector<RepositorySnapshot> issues;   // those with other issues or pull requests
+    // Those with another verdict on their dependencies; a new check with the same one is none.
+    std::vector<RepositorySnapshot> dependencies;
     std::vector<RepositorySnapshot> removed;
 };
 
@@ -31,6 +33,8 @@ class ChangeFeed {
     std::string scanFinished(Date at, const std::vector<RepositorySnapshot>& repositories) const;
     std::string repository(Date at, const GitRepository& repository) const;
     std::string issues(Date at, const GitRepository& repository) const;
+    // People are told nothing while there is no verdict yet.
+    std::string dependencies(Date at, const GitRepository& repository) const;
     std::string removed(Date at, const GitRepository& repository) const;
 
   private:

@@ -15,9 +15,9 @@
 namespace tarnbeck::cli {
 namespace {
 
-constexpr auto commands =
-    std::to_array<std::string_view>({"status", "watch", "issues", "sync", "discover", "add",
-                                     "remove", "config", "discard", "log", "doctor"});
+constexpr auto commands = std::to_array<std::string_view>(
+    {"status", "watch", "issues", "deps", "install", "sync", "discover", "add", "remove", "config",
+     "discard", "log", "doctor"});
 constexpr std::array<std::string_view, 3> globalFlags = {"-h", "--help", "--version"};
 
 constexpr std::string_view overview =
@@ -35,6 +35,18 @@ constexpr std::string_view legend =
     "  ✓ clean                                    green\n"
     "Something else: branches besides main and master, worktrees, stashes, or git's\n"
     "configuration.";
+
+constexpr std::string_view whatDepsShows =
+    "Node projects are asked of npm or pnpm, Python projects of their own virtual environment.\n"
+    "The kinds of updates:\n"
+    "  major, minor, patch   can be taken; `other` too, where the versions do not tell which\n"
+    "  limited               newer than the project's own constraints allow\n"
+    "  blocked               another package, or Expo, does not allow it";
+
+constexpr std::string_view whatInstallingDoes =
+    "Checks the project, shows the commands that bring it up to date, asks, and runs them, with\n"
+    "their output on standard error. What is limited or blocked stays as it is. Without PROJECT\n"
+    "the one in the folder PATH is meant, or else the only one.";
 
 constexpr std::string_view whatDiscardingDoes =
     "A file that the last commit does not have is deleted. Any other gets back the content\n"
@@ -190,6 +202,8 @@ class Grammar {
         : status_(app, "status", "Show the state of repositories"),
           watch_(app, "watch", "Show the configured repositories, stay, and print what changes"),
           issues_(app, "issues", "Show open issues and pull requests on GitHub"),
+          deps_(app, "deps", "Show which Node and Python dependencies are behind"),
+          install_(app, "install", "Bring the dependencies of one project up to date"),
           sync_(app, "sync", "Bring a branch that is behind its upstream up to date"),
           discard_(app, "discard", "Drop the uncommitted changes of one file"),
           discover_(app, "discover", "Find repositories below folders"),
@@ -200,6 +214,7 @@ class Grammar {
           doctor_(app, "doctor", "Look for what keeps things from working, and say what helps") {
         declareLooking();
         declareGitHub();
+        declareDependencies();
         declareChanging();
         declareConfiguring();
         declareDiscarding();
@@ -209,6 +224,8 @@ class Grammar {
     Arguments chosen() const {
         if (watch_.isChosen()) return watch_.arguments;
         if (issues_.isChosen()) return issues_.arguments;
+        if (deps_.isChosen()) return deps_.arguments;
+        if (install_.isChosen()) return install_.arguments;
         if (sync_.isChosen()) return sync_.arguments;
         if (discard_.isChosen()) return discard_.arguments;
         if (discover_.isChosen()) return discover_.arguments;
@@ -239,6 +256,23 @@ class Grammar {
         issues_->add_flag("--refresh", issues_.arguments.refresh,
                           "Ask GitHub even when the last answer is younger than 15 minutes");
         addColor(issues_.app(), issues_.arguments.color);
+    }
+
+    void declareDependencies() {
+        addPaths(deps_.app(), "PATH", deps_.arguments.paths,
+                 "Repositories, or folders to find them in; without, the configured ones");
+        deps_->add_flag("--json", deps_.arguments.json, "Print one JSON array");
+        deps_->add_flag("--refresh", deps_.arguments.refresh,
+                        "Check even when nothing has changed and the last check is younger than an "
+                        "hour");
+        addColor(deps_.app(), deps_.arguments.color);
+        deps_->footer(std::string(whatDepsShows));
+        addPath(install_.app(), "PATH", install_.arguments.path,
+                "A repository, or a path inside one");
+        withPathRules(install_->add_option("PROJECT", install_.arguments.project,
+                                           "The project, as `deps` shows it: . or web"));
+        install_->add_flag("-y,--yes", install_.arguments.yes, "Do not ask");
+        install_->footer(std::string(whatInstallingDoes));
     }
 
     void declareChanging() {
@@ -281,6 +315,8 @@ class Grammar {
     Command<StatusArguments> status_;
     Command<WatchArguments> watch_;
     Command<IssuesArguments> issues_;
+    Command<DepsArguments> deps_;
+    Command<InstallArguments> install_;
     Command<SyncArguments> sync_;
     Command<DiscardArguments> discard_;
     Command<DiscoverArguments> discover_;

@@ -27,6 +27,17 @@ struct IssuesArguments {
     bool refresh = false;
     ColorChoice color = ColorChoice::automatic;
 };
+struct DepsArguments {
+    std::vector<std::string> paths;  // empty: the configured repositories
+    bool json = false;
+    bool refresh = false;
+    ColorChoice color = ColorChoice::automatic;
+};
+struct InstallArguments {
+    std::string path;                    // a repository, or a path inside one
+    std::optional<std::string> project;  // as `deps` shows it
+    bool yes = false;                    // do not ask
+};
 struct SyncArguments {
     std::string path;
 };
@@ -56,9 +67,10 @@ struct DoctorArguments {
     bool json = false;
 };
 
-using Arguments = std::variant<StatusArguments, WatchArguments, IssuesArguments, SyncArguments,
-                               DiscoverArguments, AddArguments, RemoveArguments, ConfigArguments,
-                               DiscardArguments, LogArguments, DoctorArguments>;
+using Arguments =
+    std::variant<StatusArguments, WatchArguments, IssuesArguments, DepsArguments, InstallArguments,
+                 SyncArguments, DiscoverArguments, AddArguments, RemoveArguments, ConfigArguments,
+                 DiscardArguments, LogArguments, DoctorArguments>;
 
 // What is to be done, or the exit status of a call that is already answered (help, version, wrong
 // usage), whose answer has been printed.

@@ -9,6 +9,8 @@ namespace tarnbeck::cli {
 int runStatus(Companion& companion, const StatusArguments& arguments);
 int runWatch(Companion& companion, const WatchArguments& arguments);
 int runIssues(Companion& companion, const IssuesArguments& arguments);
+int runDeps(Companion& companion, const DepsArguments& arguments);
+int runInstall(Companion& companion, const InstallArguments& arguments);
 int runSync(Companion& companion, const SyncArguments& arguments);
 int runDiscover(Companion& companion, const DiscoverArguments& arguments);
 int runAdd(Companion& companion, const AddArguments& arguments);

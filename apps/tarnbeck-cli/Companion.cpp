@@ -2,11 +2,21 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 #include "Output.h"
 #include "SystemFileEvents.h"
 
 namespace tarnbeck::cli {
+namespace {
+
+DependencyTools ordinaryDependencyTools(const std::string& home, ProcessLauncher& launcher) {
+    return {.runCommand = [runner = DependencyCommandRunner(home, launcher)](
+                              const Command& command) { return runner.runCommand(command); },
+            .uvCandidates = DependencyTools::ordinaryUvCandidates(home)};
+}
+
+}  // namespace
 
 Companion::Companion(std::string home)
     : home_(std::move(home)),
@@ -19,10 +29,13 @@ Companion::Companion(std::string home)
                .log = log_,
                .clock = loop_,
                .queues = queues_}),
+      dependencyTools_(ordinaryDependencyTools(home_, launcher_)),
+      dependencyCache_(DependencyCache::ordinaryFile(home_), {.loop = loop_, .queues = queues_}),
       fileEvents_(makeFileEvents()) {}
 
 Companion::~Companion() {
     queues_.waitUntilIdle();
+    dependencyCache_.drain();
 }
 
 RepositoryScanner::Services Companion::services() {
@@ -43,7 +56,17 @@ void Companion::runLoop(const Task& begin) {
     for (const int signal : endings) std::signal(signal, SIG_DFL);
 }
 
+void Companion::runInBackground(Task work) {
+    runLoop([&] {
+        queues_.userInitiated([this, work = std::move(work)] {
+            work();
+            loop_.stop();
+        });
+    });
+}
+
 void Companion::endBySignal(int signal) {
+    dependencyCache_.drain();  // before checks that are cut off can leave something in it
     launcher_.endAllSessions();
     gitHub_.drain();
     log_.drain();

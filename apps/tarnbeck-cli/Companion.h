@@ -6,6 +6,9 @@
 #include <string>
 
 #include "AppConfiguration.h"
+#include "DependencyCache.h"
+#include "DependencyScanner.h"
+#include "DependencyTools.h"
 #include "FileEvents.h"
 #include "GitCommand.h"
 #include "GitHubScanner.h"
@@ -21,7 +24,7 @@ namespace tarnbeck::cli {
 class Companion {
   public:
     explicit Companion(std::string home);
-    // Waits for the background work and for the last line of the log.
+    // Waits for the background work, for what the caches keep and for the last line of the log.
     ~Companion();
     Companion(const Companion&) = delete;
     Companion& operator=(const Companion&) = delete;
@@ -33,11 +36,18 @@ class Companion {
     ProcessLauncher& launcher() { return launcher_; }
     WorkQueues& queues() { return queues_; }
     GitHubScanner& gitHub() { return gitHub_; }
+    const DependencyTools& dependencyTools() const { return dependencyTools_; }
+    DependencyCache& dependencyCache() { return dependencyCache_; }
+    DependencyScanner::Memory dependencyMemory() {
+        return {.cache = dependencyCache_, .clock = loop_};
+    }
     RepositoryScanner::Services services();
 
     // Runs `begin` and then the main loop until it is stopped. A signal that asks the program to
     // end does so at once, with all children. Before and after, signals have their usual effect.
     void runLoop(const Task& begin);
+    // The same until `work`, which runs in the background, and all that it posted have ended.
+    void runInBackground(Task work);
 
   private:
     [[noreturn]] void endBySignal(int signal);
@@ -50,6 +60,8 @@ class Companion {
     ScanLog log_;
     GitCommand git_;
     GitHubScanner gitHub_;
+    const DependencyTools dependencyTools_;
+    DependencyCache dependencyCache_;
     std::unique_ptr<FileEvents> fileEvents_;
     NameCollator collator_;
 };

@@ -49,12 +49,7 @@ std::optional<std::string> discard(Companion& companion, const DiscardRequest& r
         {.home = companion.home()}, companion.launcher(),
         [](std::string_view line) { writeError("git-discard", std::string(line)); });
     std::optional<std::string> words;
-    companion.runLoop([&] {
-        companion.queues().userInitiated([&] {
-            words = service.discardFileChange(request);
-            companion.loop().stop();
-        });
-    });
+    companion.runInBackground([&] { words = service.discardFileChange(request); });
     return words;
 }
 
@@ -106,14 +101,9 @@ int discardFile(Companion& companion, const std::string& repository,
 }  // namespace
 
 int runDiscard(Companion& companion, const DiscardArguments& arguments) {
-    const std::string path = absolutePath(arguments.path, companion.home());
-    if (const auto missing = reasonWhyMissing(path)) {
-        complain(arguments.path + ": " + *missing);
-        return exitFailure;
-    }
-    const auto repository = enclosingRepository(path);
+    const auto repository = repositoryAround(arguments.path, companion.home());
     if (!repository) {
-        complain(arguments.path + ": is neither a git repository nor inside one");
+        complain(arguments.path + ": " + repository.error());
         return exitFailure;
     }
     return discardFile(companion, *repository, arguments);

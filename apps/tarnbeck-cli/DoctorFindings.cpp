@@ -30,10 +30,10 @@ class Section {
 
 std::string purposeOf(const std::string& tool) {
     if (tool == "gh") return "issues, pull requests and runners";
-    if (tool == "uv") return "Python projects that are managed with it";
-    if (tool == "python3") return "Python projects";
-    if (tool == "npx") return "Expo projects";
-    return tool + " projects";
+    if (tool == "uv") return "Python environments without pip";
+    if (tool == "python3") return "making the environments of Python projects";
+    if (tool == "npx") return "the dependencies of Expo projects";
+    return fmt::format("the dependencies of {} projects", tool);
 }
 
 // What has to be done so that a tool at another place is found.
@@ -43,6 +43,7 @@ std::string adviceForElsewhere(const ToolFacts& tool) {
         return fmt::format("Link it where it is looked for: sudo ln -s {} /usr/local/bin/gh",
                            *tool.elsewhere);
     }
+    if (tool.name == "uv") return "Link it into ~/.local/bin or /usr/local/bin.";
     const bool needsNode = tool.name == "npm" || tool.name == "npx" || tool.name == "pnpm";
     return fmt::format("Link it{} into /usr/local/bin; only {} is searched.",
                        needsNode ? ", and node with it," : "", DependencyCommandRunner::searchPath);

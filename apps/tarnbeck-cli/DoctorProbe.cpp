@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "DependencyCommandRunner.h"
+#include "DependencyTools.h"
 #include "FileSystem.h"
 #include "FileSystemWatcher.h"
 #include "Output.h"
@@ -72,7 +73,7 @@ std::vector<std::string> thoseThatAreSet(const std::array<std::string_view, coun
     return set;
 }
 
-std::vector<ToolFacts> toolsOn(const Variables& variables) {
+std::vector<ToolFacts> toolsOn(const Variables& variables, const std::string& home) {
     std::vector<ToolFacts> tools;
     const auto add = [&](const std::string& name, std::optional<std::string> path) {
         std::optional<std::string> elsewhere;
@@ -81,9 +82,10 @@ std::vector<ToolFacts> toolsOn(const Variables& variables) {
     };
     add("git", firstExecutable({GitCommand::Options{}.executable}));
     add("gh", firstExecutable(GitHubScanner::Options{}.ghCandidates));
-    for (const char* name : {"npm", "pnpm", "npx", "python3", "uv"}) {
+    for (const char* name : {"npm", "pnpm", "npx", "python3"}) {
         add(name, foundIn(DependencyCommandRunner::searchPath, name));
     }
+    add("uv", firstExecutable(DependencyTools::ordinaryUvCandidates(home)));
     return tools;
 }
 
@@ -236,7 +238,7 @@ DoctorFacts factsAtHand(const ConfigurationPlace& place, const Variables& variab
     // What is wrong with the file is a finding, and not told besides.
     const AppConfiguration configuration =
         AppConfiguration::load({.home = place.home, .report = [](std::string_view) {}});
-    return {.tools = toolsOn(variables),
+    return {.tools = toolsOn(variables, place.home),
             .login = {.tokenIsInFile = tokenIsInFileBelow(place.home),
                       .tokenVariables = thoseThatAreSet(tokens, variables)},
             .environment = {.hasSshAgent = !value(variables, "SSH_AUTH_SOCK").empty(),

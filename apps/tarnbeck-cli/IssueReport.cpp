@@ -14,10 +14,6 @@
 namespace tarnbeck::cli {
 namespace {
 
-std::string counted(std::size_t count, std::string_view noun) {
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
-}
-
 std::string_view resultName(const GitHubRepoScanResult& result) {
     return std::visit(Overloaded{
                           [](const GitHubRepoScanResult::Success&) { return "success"; },
@@ -25,10 +21,6 @@ std::string_view resultName(const GitHubRepoScanResult& result) {
                           [](const GitHubRepoScanResult::Failed&) { return "failed"; },
                       },
                       result.value);
-}
-
-std::string painted(std::string_view text, StatusColor color, const TableStyle& style) {
-    return style.color ? colored(text, color) : std::string(text);
 }
 
 // "2026-03-01" of "2026-03-01T12:00:00Z".
@@ -98,8 +90,8 @@ std::string_view commandIn(std::string_view line) {
 std::string issueCounts(std::size_t issues, std::size_t pullRequests) {
     if (issues + pullRequests == 0) return "no open issues";
     std::vector<std::string> parts;
-    if (issues > 0) parts.push_back(counted(issues, "issue"));
-    if (pullRequests > 0) parts.push_back(counted(pullRequests, "pull request"));
+    if (issues > 0) parts.push_back(counted(issues, "issue", "issues"));
+    if (pullRequests > 0) parts.push_back(counted(pullRequests, "pull request", "pull requests"));
     return joined(parts, " · ");
 }
 
@@ -128,8 +120,7 @@ std::string issueTotals(const std::vector<IssueAnswer>& answers) {
         elsewhere += answer.result.is<GitHubRepoScanResult::Skipped>() ? 1 : 0;
         failed += answer.result.is<GitHubRepoScanResult::Failed>() ? 1 : 0;
     }
-    std::string text =
-        answers.size() == 1 ? "1 repository" : fmt::format("{} repositories", answers.size());
+    std::string text = counted(answers.size(), "repository", "repositories");
     if (elsewhere + failed < answers.size()) text += " · " + issueCounts(issues, pullRequests);
     if (elsewhere > 0) text += fmt::format(" · {} not on GitHub", elsewhere);
     if (failed > 0) text += fmt::format(" · {} could not be asked about", failed);

@@ -8,7 +8,6 @@
 #include "Commands.h"
 #include "ExitStatus.h"
 #include "IssueReport.h"
-#include "NameCollator.h"
 #include "Output.h"
 #include "Paths.h"
 #include "RepositoryJson.h"
@@ -119,21 +118,7 @@ class IssueQuestions {
 RepositorySelection repositoriesToAskAbout(Companion& companion, const IssuesArguments& arguments) {
     ProgressLine progress;
     progress.show("Looking for repositories");
-    RepositorySelection selection;
-    if (arguments.paths.empty()) {
-        const auto configuration = RepositoryScanner::loadInitialConfiguration(companion.place());
-        for (const std::string& path : configuration.repoPaths) {
-            selection.paths.push_back(absolutePath(path, companion.home()));
-        }
-    } else {
-        selection = selectedRepositories(arguments.paths, AppConfiguration::load(companion.place()),
-                                         companion.home());
-    }
-    const NameCollator& collator = companion.services().collator;
-    std::ranges::stable_sort(selection.paths, [&](const auto& left, const auto& right) {
-        return collator.compare(lastPathComponent(left), lastPathComponent(right)) < 0;
-    });
-    return selection;
+    return selectedOrConfigured(arguments.paths, companion.place(), companion.services().collator);
 }
 
 }  // namespace

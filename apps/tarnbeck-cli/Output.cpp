@@ -67,6 +67,23 @@ void complain(std::string_view message) {
     writeToStandardError(fmt::format("tarnbeck-cli: {}\n", printable(message)));
 }
 
+void complainLineByLine(std::string_view message) {
+    bool isFirst = true;
+    for (const std::string_view line : linesAtNewlines(message)) {
+        if (line.empty()) continue;
+        complain(fmt::format("{}{}", isFirst ? "" : "  ", line));
+        isFirst = false;
+    }
+}
+
+void passToStandardError(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(STDERR_FILENO, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR) return;
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+}
+
 void showPrompt(std::string_view question) {
     writeToStandardError(question);
 }

@@ -26,6 +26,13 @@ bool print(std::string_view text);
 // visible.
 void complain(std::string_view message);
 
+// The same for a message of several lines: each is a line of its own, and those behind the first
+// are indented. Empty ones are left out.
+void complainLineByLine(std::string_view message);
+
+// Bytes to standard error as they are, all of them unless it is gone. Any thread.
+void passToStandardError(std::string_view bytes);
+
 // A question to standard error, without a line feed.
 void showPrompt(std::string_view question);
 

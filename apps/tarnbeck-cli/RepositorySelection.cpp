@@ -10,6 +10,7 @@
 #include "FileSystem.h"
 #include "Paths.h"
 #include "RepositoryDiscovery.h"
+#include "RepositoryScanner.h"
 
 namespace tarnbeck::cli {
 namespace {
@@ -28,6 +29,20 @@ void addOnce(std::vector<std::string>& paths, const std::string& path) {
     if (std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
 }
 
+RepositorySelection configuredRepositories(const ConfigurationPlace& place) {
+    RepositorySelection selection;
+    const auto configuration = RepositoryScanner::loadInitialConfiguration(place);
+    for (const std::string& configured : configuration.repoPaths) {
+        const std::string path = absolutePath(configured, place.home);
+        if (const auto reason = reasonWhyNoRepository(path)) {
+            selection.problems.push_back({path, *reason});
+        } else {
+            selection.paths.push_back(path);
+        }
+    }
+    return selection;
+}
+
 }  // namespace
 
 std::string absolutePath(const std::string& typed, const std::string& home) {
@@ -41,9 +56,22 @@ std::optional<std::string> enclosingRepository(const std::string& path) {
     }
 }
 
+Result<std::string> repositoryAround(const std::string& typed, const std::string& home) {
+    const std::string path = absolutePath(typed, home);
+    if (auto missing = reasonWhyMissing(path)) return Failure{*std::move(missing)};
+    if (auto repository = enclosingRepository(path)) return *std::move(repository);
+    return Failure{"is neither a git repository nor inside one"};
+}
+
 std::optional<std::string> reasonWhyMissing(const std::string& path) {
     if (access(path.c_str(), F_OK) == 0) return std::nullopt;
     return errno == ENOENT ? "does not exist" : "can't be reached: " + systemErrorText(errno);
+}
+
+std::optional<std::string> reasonWhyNoRepository(const std::string& path) {
+    if (auto missing = reasonWhyMissing(path)) return missing;
+    if (exists(path + "/.git")) return std::nullopt;
+    return "is not a git repository (there is no .git)";
 }
 
 std::optional<std::string> reasonWhyUnsearchable(const std::string& path) {
@@ -75,6 +103,18 @@ RepositorySelection selectedRepositories(const std::vector<std::string>& paths,
             }
         }
     }
+    return selection;
+}
+
+RepositorySelection selectedOrConfigured(const std::vector<std::string>& paths,
+                                         const ConfigurationPlace& place,
+                                         const NameCollator& collator) {
+    RepositorySelection selection =
+        paths.empty() ? configuredRepositories(place)
+                      : selectedRepositories(paths, AppConfiguration::load(place), place.home);
+    std::ranges::stable_sort(selection.paths, [&](const auto& left, const auto& right) {
+        return collator.compare(lastPathComponent(left), lastPathComponent(right)) < 0;
+    });
     return selection;
 }
 

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "AppConfiguration.h"
+#include "NameCollator.h"
+#include "Result.h"
 
 namespace tarnbeck::cli {
 
@@ -28,8 +30,14 @@ std::string absolutePath(const std::string& typed, const std::string& home);
 // The repository whose work tree holds the (absolute) path.
 std::optional<std::string> enclosingRepository(const std::string& path);
 
+// The repository that the path as typed lies in, or the reason why there is none.
+Result<std::string> repositoryAround(const std::string& typed, const std::string& home);
+
 // Why the path can't be used at all: it does not exist, or can't be reached.
 std::optional<std::string> reasonWhyMissing(const std::string& path);
+
+// Why the path is no repository: it is missing, or there is no ".git" in it.
+std::optional<std::string> reasonWhyNoRepository(const std::string& path);
 
 // Why nothing can be looked for below the path: it is missing, no folder, or can't be read.
 std::optional<std::string> reasonWhyUnsearchable(const std::string& path);
@@ -39,5 +47,11 @@ std::optional<std::string> reasonWhyUnsearchable(const std::string& path);
 RepositorySelection selectedRepositories(const std::vector<std::string>& paths,
                                          const AppConfiguration& configuration,
                                          const std::string& home);
+
+// The same for the paths on the command line, or without any for the configured ones (looked for
+// first on a first start), sorted by name.
+RepositorySelection selectedOrConfigured(const std::vector<std::string>& paths,
+                                         const ConfigurationPlace& place,
+                                         const NameCollator& collator);
 
 }  // namespace tarnbeck::cli

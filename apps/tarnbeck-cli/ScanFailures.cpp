@@ -5,8 +5,6 @@
 
 #include <fmt/format.h>
 
-#include "FileSystem.h"
-
 namespace tarnbeck::cli {
 namespace {
 
@@ -66,8 +64,7 @@ void ScanFailures::forget() {
 }
 
 std::string ScanFailures::reasonFor(const std::string& path) const {
-    if (const auto missing = reasonWhyMissing(path)) return *missing;
-    if (!exists(path + "/.git")) return "is not a git repository (there is no .git)";
+    if (const auto reason = reasonWhyNoRepository(path)) return *reason;
     const std::lock_guard lock(mutex_);
     const auto line = lastFailure_.find(path);
     if (line == lastFailure_.end()) return "could not be scanned";

@@ -6,13 +6,14 @@
 
 #include <fmt/format.h>
 
+#include "ColumnLine.h"
 #include "Paths.h"
 #include "Text.h"
 
 namespace tarnbeck::cli {
 namespace {
 
-constexpr std::size_t gap = 2;
+constexpr std::size_t gap = ColumnLine::gap;
 
 struct Cells {
     std::string name;
@@ -77,18 +78,6 @@ Cells cellsOf(const GitRepository& repository) {
             .summary = joined(repository.summaryParts(), " · ")};
 }
 
-// The names as they are shown: with the folder before those that occur more than once.
-void tellApart(std::vector<Cells>& rows, const std::vector<RepositorySnapshot>& repositories) {
-    std::unordered_map<std::string_view, int> count;
-    for (const auto& repository : repositories) ++count[repository->name];
-    for (std::size_t index = 0; index < rows.size(); ++index) {
-        const GitRepository& repository = *repositories[index];
-        if (count[repository.name] == 1) continue;
-        rows[index].name = printable(lastPathComponent(parentPath(repository.path))) + "/" +
-                           printable(repository.name);
-    }
-}
-
 Widths naturalWidths(const std::vector<Cells>& rows) {
     Widths widths;
     const auto widen = [](std::size_t& width, std::size_t most, const std::string& text) {
@@ -126,33 +115,8 @@ Widths fittingWidths(Widths widths, std::size_t columns) {
     return widths;
 }
 
-// One line of cells that begin at their columns, without blanks at its end.
-class Line {
-  public:
-    explicit Line(std::string_view icon) : text_(icon) {}
-
-    // `paint` gives the text its colour.
-    template <class Paint>
-    void add(const std::string& cell, std::size_t width, Paint paint) {
-        if (width == 0) return;
-        const std::string fitting = elidedAtEnd(cell, width);
-        if (!fitting.empty()) {
-            text_ += std::string(blanks_, ' ') + paint(fitting);
-            blanks_ = 0;
-        }
-        blanks_ += width - std::min(width, displayWidth(fitting)) + gap;
-    }
-
-    std::string take() { return std::move(text_); }
-
-  private:
-    std::string text_;
-    std::size_t blanks_ = 1;
-};
-
 std::string icon(const GitRepository& repository, const TableStyle& style) {
-    const std::string_view character = iconCharacter(repository);
-    return style.color ? colored(character, repository.statusColor()) : std::string(character);
+    return painted(iconCharacter(repository), repository.statusColor(), style);
 }
 
 std::string row(const GitRepository& repository, const Cells& cells, const Widths& widths,
@@ -162,18 +126,14 @@ std::string row(const GitRepository& repository, const Cells& cells, const Width
         return style.color ? fmt::format("\033[2m{}\033[0m", text) : text;
     };
     const auto inStatusColor = [&](const std::string& text) {
-        return style.color ? colored(text, repository.statusColor()) : text;
+        return painted(text, repository.statusColor(), style);
     };
-    Line line(icon(repository, style));
+    ColumnLine line(icon(repository, style));
     line.add(cells.name, widths.name, plain);
     line.add(cells.branch, widths.branch, plain);
     line.add(cells.badge, widths.badge, dimmed);
     line.add(cells.summary, widths.summary, inStatusColor);
     return line.take();
-}
-
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
 }  // namespace
@@ -193,14 +153,40 @@ std::string colored(std::string_view text, StatusColor color) {
     return fmt::format("{}{}\033[0m", escapeSequence(color), text);
 }
 
+std::string counted(std::size_t count, std::string_view one, std::string_view many) {
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+std::string painted(std::string_view text, StatusColor color, const TableStyle& style) {
+    return style.color ? colored(text, color) : std::string(text);
+}
+
+std::vector<std::string> distinctNames(const std::vector<std::string>& paths) {
+    std::unordered_map<std::string_view, int> count;
+    for (const std::string& path : paths) ++count[lastPathComponent(path)];
+    std::vector<std::string> names;
+    for (const std::string& path : paths) {
+        const std::string_view name = lastPathComponent(path);
+        std::string folder;
+        if (count[name] > 1) folder = printable(lastPathComponent(parentPath(path))) + "/";
+        names.push_back(folder + printable(name));
+    }
+    return names;
+}
+
 std::string statusTable(std::vector<RepositorySnapshot> repositories, const TableStyle& style) {
     std::ranges::stable_sort(repositories, {}, [](const RepositorySnapshot& repository) {
         return urgency(repository->statusColor());
     });
     std::vector<Cells> rows;
     rows.reserve(repositories.size());
-    for (const auto& repository : repositories) rows.push_back(cellsOf(*repository));
-    tellApart(rows, repositories);
+    std::vector<std::string> paths;
+    for (const auto& repository : repositories) {
+        rows.push_back(cellsOf(*repository));
+        paths.push_back(repository->path);
+    }
+    std::vector<std::string> names = distinctNames(paths);
+    for (std::size_t index = 0; index < rows.size(); ++index) rows[index].name = names[index];
     Widths widths = naturalWidths(rows);
     if (style.columns) widths = fittingWidths(widths, *style.columns);
     std::string table;

@@ -22,6 +22,16 @@ struct TableStyle {
     std::optional<std::size_t> columns;  // the terminal's width; the table is made to fit
 };
 
+// The text in the colour, where the table has colours.
+std::string painted(std::string_view text, StatusColor color, const TableStyle& style);
+
+// "1 repository", "3 repositories".
+std::string counted(std::size_t count, std::string_view one, std::string_view many);
+
+// The repositories' names, fit to be printed; those that occur more than once have their folder
+// before them.
+std::vector<std::string> distinctNames(const std::vector<std::string>& paths);
+
 // Icon, name, branch, sync badge and summary of each repository: red, orange, yellow, green, and
 // by the given order in each. Every line ends with a line feed. Names that occur more than once
 // have their folder before them. On a narrow terminal names and branches are cut, and the badge,

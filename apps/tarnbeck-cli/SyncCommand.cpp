@@ -91,12 +91,9 @@ class SyncRun {
 }  // namespace
 
 int runSync(Companion& companion, const SyncArguments& arguments) {
-    const std::string typed = absolutePath(arguments.path, companion.home());
-    const auto missing = reasonWhyMissing(typed);
-    const auto path = missing ? std::nullopt : enclosingRepository(typed);
+    const auto path = repositoryAround(arguments.path, companion.home());
     if (!path) {
-        complain(arguments.path + ": " +
-                 missing.value_or("is neither a git repository nor inside one"));
+        complain(arguments.path + ": " + path.error());
         return exitFailure;
     }
     SyncRun run(companion, *path);

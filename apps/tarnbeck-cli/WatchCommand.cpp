@@ -97,6 +97,9 @@ class Watch {
         std::string lines;
         for (const auto& repository : changes.changed) lines += feed_.repository(now, *repository);
         for (const auto& repository : changes.issues) lines += feed_.issues(now, *repository);
+        for (const auto& repository : changes.dependencies) {
+            lines += feed_.dependencies(now, *repository);
+        }
         for (const auto& repository : changes.removed) lines += feed_.removed(now, *repository);
         print(lines);
     }

@@ -24,6 +24,8 @@ int main(int argc, char** argv) {
             [&](const StatusArguments& arguments) { return runStatus(companion, arguments); },
             [&](const WatchArguments& arguments) { return runWatch(companion, arguments); },
             [&](const IssuesArguments& arguments) { return runIssues(companion, arguments); },
+            [&](const DepsArguments& arguments) { return runDeps(companion, arguments); },
+            [&](const InstallArguments& arguments) { return runInstall(companion, arguments); },
             [&](const SyncArguments& arguments) { return runSync(companion, arguments); },
             [&](const DiscoverArguments& arguments) { return runDiscover(companion, arguments); },
             [&](const AddArguments& arguments) { return runAdd(companion, arguments); },

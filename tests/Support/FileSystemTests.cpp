@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <filesystem>
 
 #include <sys/stat.h>
 
 #include "FileSystem.h"
+#include "FolderListing.h"
 #include "MachineRights.h"
 #include "TemporaryFolder.h"
 
@@ -92,6 +94,42 @@ TEST_F(FileSystemQuestions, FailedReadingSaysWhyInTheSystemsWords) {
     chmod(locked.c_str(), 0);
     const testing::WithoutRootRights rights;
     EXPECT_EQ(readFile(locked).error(), "Permission denied");
+}
+
+TEST_F(FileSystemQuestions, PipeAndDeviceAreRefusedInsteadOfWaitedFor) {
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(readFile(folder_ / "pipe").error(), "Not a regular file");
+    EXPECT_EQ(readFile("/dev/zero").error(), "Not a regular file");
+}
+
+class FolderListings : public FileSystemQuestions {
+  protected:
+    // Each entry with a slash behind a folder, sorted.
+    std::vector<std::string> entries(const std::string& path) {
+        if (!listing_.open(path)) return {"can't be read"};
+        std::vector<std::string> names;
+        while (const auto entry = listing_.next()) {
+            names.push_back(std::string(entry->name) + (entry->isFolder ? "/" : ""));
+        }
+        std::ranges::sort(names);
+        return names;
+    }
+
+  private:
+    FolderListing listing_;
+};
+
+TEST_F(FolderListings, TellFilesAndFoldersAndCountNoLinkAsAFolder) {
+    folder_.write("file", "");
+    folder_.write("folder/in", "");
+    std::filesystem::create_directory_symlink(folder_ / "folder", folder_ / "link");
+    EXPECT_THAT(entries(folder_.path()), ::testing::ElementsAre("file", "folder/", "link"));
+    EXPECT_THAT(entries(folder_ / "folder"), ::testing::ElementsAre("in"));
+}
+
+TEST_F(FolderListings, OfWhatIsNoFolderFail) {
+    EXPECT_THAT(entries(folder_ / "gone"), ::testing::ElementsAre("can't be read"));
+    EXPECT_THAT(entries(folder_.write("file", "")), ::testing::ElementsAre("can't be read"));
 }
 
 }  // namespace

@@ -253,5 +253,48 @@ TEST(Text_Printable, GoodTextStays) {
     EXPECT_EQ(printable("é 資 😀"), "é 資 😀");
 }
 
+TEST(Text_Trimming, BlanksAndTabsLeaveOtherBlanksAlone) {
+    EXPECT_EQ(trimmingBlanksAndTabs(" \t a b\t "), "a b");
+    EXPECT_EQ(trimmingBlanksAndTabs("\u00A0a\n"), "\u00A0a\n");
+    EXPECT_EQ(trimmingBlanksAndTabs(" \t"), "");
+}
+
+TEST(Text_Trimming, AnyOfSeveralCharactersGoAtBothEnds) {
+    EXPECT_EQ(trimmingAnyOf("'\" a'b \"'", " '\""), "a'b");
+    EXPECT_EQ(trimmingAnyOf("", "x"), "");
+}
+
+TEST(Text_Lines, EndAtEveryNewlineCharacter) {
+    EXPECT_THAT(linesAtNewlines("a\nb\u2028c\u0085d\x0C"
+                                "e"),
+                ::testing::ElementsAre("a", "b", "c", "d", "e"));
+}
+
+TEST(Text_Lines, EmptyOnesAreKept) {
+    EXPECT_THAT(linesAtNewlines("a\r\nb\n"), ::testing::ElementsAre("a", "", "b", ""));
+    EXPECT_THAT(linesAtNewlines(""), ::testing::ElementsAre(""));
+}
+
+TEST(Text_FirstCharacters, AreCountedAsAPersonSeesThem) {
+    EXPECT_EQ(firstCharacters("abcdef", 3), "abc");
+    EXPECT_EQ(firstCharacters("e\u0301e\u0301e\u0301", 2), "e\u0301e\u0301");
+    EXPECT_EQ(firstCharacters("👩‍💻👩‍💻x", 1), "👩‍💻");
+}
+
+TEST(Text_FirstCharacters, OfAShorterTextAreAllOfIt) {
+    EXPECT_EQ(firstCharacters("abc", 200), "abc");
+    EXPECT_EQ(firstCharacters("", 200), "");
+    EXPECT_EQ(firstCharacters("abc", 0), "");
+}
+
+TEST(Text_DecimalDigits, AreTakenRunByRun) {
+    std::string_view text = "v1.23-x";
+    EXPECT_EQ(takingDecimalDigits(text), "1");
+    EXPECT_EQ(text, ".23-x");
+    EXPECT_EQ(takingDecimalDigits(text), "23");
+    EXPECT_EQ(takingDecimalDigits(text), "");
+    EXPECT_EQ(text, "");
+}
+
 }  // namespace
 }  // namespace tarnbeck

@@ -66,6 +66,10 @@ class ScannerHarness {
             issueScans.emplace_back(path, policy);
             return answerOfGitHub(path);
         };
+        options.dependencyScanHandler = [this](const std::string& path, bool forceRefresh) {
+            dependencyScans.emplace_back(path, forceRefresh);
+            return answerOfDependencies(path);
+        };
         options.saveConfiguration = [this](const AppConfiguration& configuration) {
             savedConfigurations.push_back(configuration);
         };
@@ -129,6 +133,7 @@ class ScannerHarness {
         notified.clear();
         scannedPaths.clear();
         issueScans.clear();
+        dependencyScans.clear();
         gitInvocations.clear();
         lines.clear();
     }
@@ -170,6 +175,10 @@ class ScannerHarness {
     std::function<GitHubRepoScanResult(const std::string& path)> answerOfGitHub =
         [](const std::string&) { return GitHubRepoScanResult{GitHubRepoScanResult::Skipped{}}; };
     std::vector<std::pair<std::string, GitHubIssueRefreshPolicy>> issueScans;
+    // What a check of the path's dependencies finds; by default that there are none.
+    std::function<DependencySummary(const std::string& path)> answerOfDependencies =
+        [](const std::string&) { return DependencySummary::notApplicable; };
+    std::vector<std::pair<std::string, bool>> dependencyScans;  // with force or without
     std::vector<AppConfiguration> savedConfigurations;
     std::vector<std::string> reports;
     std::vector<RepositoryScanner::Property> notified;

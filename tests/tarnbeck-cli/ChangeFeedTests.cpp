@@ -6,6 +6,7 @@
 #include "ChangeFeed.h"
 #include "RepositoryJson.h"
 #include "Snapshots.h"
+#include "Verdicts.h"
 
 namespace tarnbeck::cli {
 namespace {
@@ -110,6 +111,82 @@ TEST(ChangeFeed_Json, IssuesHaveTheWholeLists) {
 TEST(ChangeFeed_People, IssuesAreCounted) {
     const TimeZone zone("UTC0");
     EXPECT_EQ(people.issues(noon, withIssue(cleanRepository("/r/a"))), "12:00:00 # a  1 issue\n");
+}
+
+GitRepository withVerdict(GitRepository repository, DependencyEcosystemResult result,
+                          std::optional<Date> checkedAt = noon) {
+    repository.dependencySummary = {.ecosystems = {std::move(result)}, .checkedAt = checkedAt};
+    return repository;
+}
+
+TEST(ChangeFeed_Changes, OtherDependenciesAreToldApartFromOtherChanges) {
+    const auto after = snapshot(withVerdict(cleanRepository("/r/a"), nodeResult(".")));
+    const auto changes = changesBetween({snapshot(cleanRepository("/r/a"))}, {after});
+    EXPECT_THAT(changes.dependencies, ::testing::ElementsAre(after));
+    EXPECT_TRUE(changes.changed.empty());
+    EXPECT_TRUE(changes.issues.empty());
+}
+
+TEST(ChangeFeed_Changes, RepositoryMayHaveAllKinds) {
+    const auto after =
+        snapshot(withVerdict(withChanges(withIssue(cleanRepository("/r/a")), 1), nodeResult(".")));
+    const auto changes = changesBetween({snapshot(cleanRepository("/r/a"))}, {after});
+    EXPECT_THAT(changes.dependencies, ::testing::ElementsAre(after));
+    EXPECT_THAT(changes.issues, ::testing::ElementsAre(after));
+    EXPECT_THAT(changes.changed, ::testing::ElementsAre(after));
+}
+
+TEST(ChangeFeed_Changes, NewCheckWithTheSameVerdictIsNone) {
+    const auto before = snapshot(withVerdict(cleanRepository("/r/a"), nodeResult(".")));
+    const auto after = snapshot(
+        withVerdict(cleanRepository("/r/a"), nodeResult("."), noon + std::chrono::hours(1)));
+    const auto changes = changesBetween({before}, {after});
+    EXPECT_TRUE(changes.dependencies.empty());
+    EXPECT_TRUE(changes.changed.empty());
+}
+
+TEST(ChangeFeed_Changes, NewRepositoryIsToldOnceWithItsDependencies) {
+    const auto added = snapshot(withVerdict(cleanRepository("/r/a"), nodeResult(".")));
+    const auto changes = changesBetween({}, {added});
+    EXPECT_THAT(changes.changed, ::testing::ElementsAre(added));
+    EXPECT_TRUE(changes.dependencies.empty());
+}
+
+TEST(ChangeFeed_Json, DependenciesHaveTheWholeSummary) {
+    EXPECT_EQ(json.dependencies(noon, withVerdict(cleanRepository("/r/a"), nodeResult("."))),
+              R"({"event":"dependencies","at":"2026-03-01T12:00:00Z","path":"/r/a",)"
+              R"("status":"upToDate","inlineSummary":"dependencies up to date",)"
+              R"("summary":{"ecosystems":[{"ecosystem":"Node","project":".","manager":"npm",)"
+              R"("status":"upToDate","updates":[],"message":null}],)"
+              R"("checkedAt":"2026-03-01T12:00:00Z"}})"
+              "\n");
+}
+
+TEST(ChangeFeed_Json, DependenciesAreToldWhileTheyAreChecked) {
+    EXPECT_THAT(json.dependencies(noon, withVerdict(cleanRepository("/r/a"),
+                                                    nodeResult(".", DependencyHealth::checking))),
+                ::testing::HasSubstr(R"("status":"checking")"));
+}
+
+TEST(ChangeFeed_People, DependenciesAreSummedUp) {
+    const TimeZone zone("UTC0");
+    EXPECT_EQ(
+        people.dependencies(noon, withVerdict(cleanRepository("/r/a\033b"),
+                                              nodeResult(".", DependencyHealth::updatesAvailable,
+                                                         {updateOf("react")}))),
+        "12:00:00 ▣ a\uFFFDb  1 updateable (1 major)\n");
+}
+
+TEST(ChangeFeed_People, DependenciesThatAreBeingCheckedAreNotTold) {
+    EXPECT_EQ(people.dependencies(noon, withVerdict(cleanRepository("/r/a"),
+                                                    nodeResult(".", DependencyHealth::checking))),
+              "");
+}
+
+TEST(ChangeFeed_People, LastProjectThatWentIsTold) {
+    const TimeZone zone("UTC0");
+    EXPECT_EQ(people.dependencies(noon, cleanRepository("/r/a")),
+              "12:00:00 ▣ a  no dependencies\n");
 }
 
 TEST(ChangeFeed_Json, ScanStartedHasEventAndTime) {

@@ -67,6 +67,41 @@ TEST(CommandLine_Issues, FlagsAreReadWithOrWithoutPaths) {
     EXPECT_TRUE(arguments.paths.empty());
 }
 
+TEST(CommandLine_Deps, FlagsAreOffUnlessNamed) {
+    const auto arguments = parsed<DepsArguments>({"deps", "/x"});
+    EXPECT_EQ(arguments.paths, Words({"/x"}));
+    EXPECT_FALSE(arguments.json);
+    EXPECT_FALSE(arguments.refresh);
+    EXPECT_EQ(arguments.color, ColorChoice::automatic);
+}
+
+TEST(CommandLine_Deps, FlagsAreReadWithOrWithoutPaths) {
+    const auto arguments =
+        parsed<DepsArguments>({"deps", "--json", "--refresh", "--color", "never"});
+    EXPECT_TRUE(arguments.json);
+    EXPECT_TRUE(arguments.refresh);
+    EXPECT_EQ(arguments.color, ColorChoice::never);
+    EXPECT_TRUE(arguments.paths.empty());
+}
+
+TEST(CommandLine_Install, TakesAPathAndPerhapsAProject) {
+    const auto arguments = parsed<InstallArguments>({"install", "a"});
+    EXPECT_EQ(arguments.path, "a");
+    EXPECT_EQ(arguments.project, std::nullopt);
+    EXPECT_FALSE(arguments.yes);
+    EXPECT_EQ(parsed<InstallArguments>({"install", "a", "web"}).project, "web");
+    EXPECT_TRUE(parsed<InstallArguments>({"install", "-y", "a"}).yes);
+    EXPECT_TRUE(parsed<InstallArguments>({"install", "a", "web", "--yes"}).yes);
+}
+
+TEST(CommandLine_Install, AnyOtherNumberOfWordsIsWrongUsage) {
+    EXPECT_EQ(answerTo({"install"}).status, 2);
+    EXPECT_EQ(answerTo({"install", "a", "b", "c"}).status, 2);
+    EXPECT_EQ(answerTo({"install", ""}).status, 2);
+    EXPECT_EQ(answerTo({"install", "a", ""}).status, 2);
+    EXPECT_EQ(answerTo({"install", "a", "--json"}).status, 2);
+}
+
 TEST(CommandLine_Sync, TakesOnePath) {
     EXPECT_EQ(parsed<SyncArguments>({"sync", "/x"}).path, "/x");
     EXPECT_EQ(answerTo({"sync", "/x", "/y"}).status, 2);
@@ -212,21 +247,22 @@ TEST(CommandLine_Usage, EmptyTextIsNoPath) {
     EXPECT_EQ(answerTo({"status", ""}).status, 2);
 }
 
+const Words everyCommand = {"status", "watch",  "issues", "deps",    "install", "sync",  "discover",
+                            "add",    "remove", "config", "discard", "log",     "doctor"};
+
 TEST(CommandLine_Help, OfTheProgramNamesEachCommandAndGivesZero) {
     const Answer answer = answerTo({"--help"});
     EXPECT_EQ(answer.status, 0);
-    for (const char* command :
-         {"status", "watch", "discover", "add", "remove", "config", "discard", "log", "doctor"}) {
-        EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("  ") + command + " "));
+    for (const std::string& command : everyCommand) {
+        EXPECT_THAT(answer.output, ::testing::HasSubstr("  " + command + " "));
     }
 }
 
 TEST(CommandLine_Help, OfEachCommandGivesZero) {
-    for (const char* command :
-         {"status", "watch", "discover", "add", "remove", "config", "discard", "log", "doctor"}) {
+    for (const std::string& command : everyCommand) {
         const Answer answer = answerTo({command, "--help"});
         EXPECT_EQ(answer.status, 0) << command;
-        EXPECT_THAT(answer.output, ::testing::HasSubstr(std::string("tarnbeck-cli ") + command));
+        EXPECT_THAT(answer.output, ::testing::HasSubstr("tarnbeck-cli " + command));
     }
 }
 
@@ -239,8 +275,7 @@ TEST(CommandLine_Help, WordHelpBeforeACommandMeansItsHelp) {
 }
 
 TEST(CommandLine_Help, NoLineIsWiderThanATerminal) {
-    for (const char* command :
-         {"--help", "status", "watch", "discover", "add", "remove", "discard", "log", "doctor"}) {
+    for (const std::string& command : everyCommand) {
         const Answer answer = answerTo({command, "--help"});
         std::istringstream lines(answer.output);
         for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 100U) << line;

@@ -122,11 +122,11 @@ TEST(Doctor_Tools, GitAtAnotherPlaceIsNotSeen) {
 TEST(Doctor_Tools, AnyOtherMissingOneIsNoFaultAndItsPurposeIsTold) {
     const std::vector<std::pair<std::string, std::string>> purposes = {
         {"gh", "issues, pull requests and runners"},
-        {"npm", "npm projects"},
-        {"pnpm", "pnpm projects"},
-        {"npx", "Expo projects"},
-        {"python3", "Python projects"},
-        {"uv", "Python projects that are managed with it"}};
+        {"npm", "the dependencies of npm projects"},
+        {"pnpm", "the dependencies of pnpm projects"},
+        {"npx", "the dependencies of Expo projects"},
+        {"python3", "making the environments of Python projects"},
+        {"uv", "Python environments without pip"}};
     for (const auto& [name, purpose] : purposes) {
         EXPECT_EQ(tool({.name = name}),
                   ok("Tools", name + " is not there (only needed for " + purpose + ")"));
@@ -149,13 +149,15 @@ TEST(Doctor_Tools, ManagersThatNeedNodeAreToBeLinkedWithIt) {
     }
 }
 
-TEST(Doctor_Tools, OtherManagersAreToBeLinkedAlone) {
-    for (const char* name : {"uv", "python3"}) {
-        EXPECT_EQ(tool({.name = name, .elsewhere = "/home/you/.local/bin/x"}).advice,
-                  "Link it into /usr/local/bin; only /opt/homebrew/bin:/usr/local/bin:/usr/bin:"
-                  "/bin:/usr/sbin:/sbin is searched.")
-            << name;
-    }
+TEST(Doctor_Tools, PythonIsToBeLinkedAlone) {
+    EXPECT_EQ(tool({.name = "python3", .elsewhere = "/home/you/.pyenv/bin/python3"}).advice,
+              "Link it into /usr/local/bin; only /opt/homebrew/bin:/usr/local/bin:/usr/bin:"
+              "/bin:/usr/sbin:/sbin is searched.");
+}
+
+TEST(Doctor_Tools, UvIsToBeLinkedWhereItIsLookedFor) {
+    EXPECT_EQ(tool({.name = "uv", .elsewhere = "/home/you/.cargo/bin/uv"}).advice,
+              "Link it into ~/.local/bin or /usr/local/bin.");
 }
 
 TEST(Doctor_GitHub, WithoutGhNothingIsSaidOfALogin) {

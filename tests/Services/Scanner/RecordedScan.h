@@ -43,7 +43,12 @@ class RecordedScan {
              .queues = simulation.queues,
              .log = observed.log,
              .git = [this](const GitInvocation& invocation) { return answerTo(invocation); },
-             .home = folder.path()},
+             .home = folder.path(),
+             .initialDependencySummary =
+                 [this](const std::string& asked) {
+                     dependencyQuestions.push_back(asked);
+                     return dependencySummary;
+                 }},
             {.at = at}, [this](std::optional<GitRepository> result) {
                 ++completions;
                 repository = std::move(result);
@@ -86,6 +91,8 @@ class RecordedScan {
         {tagsQuestion, {""}},
         {stashesQuestion, {""}},
     };
+    DependencySummary dependencySummary;           // what is remembered of its dependencies
+    std::vector<std::string> dependencyQuestions;  // the paths that were asked about
     std::vector<GitInvocation> invocations;
     int completions = 0;
     std::optional<GitRepository> repository;

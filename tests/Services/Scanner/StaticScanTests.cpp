@@ -334,6 +334,23 @@ TEST(StaticScan_Snapshot, HasNoIssuesAndNoPullRequests) {
     EXPECT_THAT(repository->pullRequests, IsEmpty());
 }
 
+TEST(StaticScan_Dependencies, AreWhatIsRememberedOfTheExpandedPath) {
+    RecordedScan scan;
+    scan.dependencySummary = {
+        .ecosystems = {{.manager = "npm", .status = DependencyHealth::checking}}};
+    scan.begin("~/project");
+    ASSERT_TRUE(scan.repository);
+    EXPECT_EQ(scan.repository->dependencySummary, scan.dependencySummary);
+    EXPECT_THAT(scan.dependencyQuestions, ElementsAre(scan.path));
+}
+
+TEST(StaticScan_Dependencies, OfAFailedScanAreNotAskedFor) {
+    RecordedScan scan;
+    scan.answers[headQuestion] = {std::nullopt};
+    scan.scan();
+    EXPECT_THAT(scan.dependencyQuestions, IsEmpty());
+}
+
 TEST(StaticScan_OwnerRepos, AreTheLowerCasedGitHubRemotesWithoutRepetition) {
     EXPECT_THAT(
         RepositoryScanner::gitHubOwnerRepos("origin\thttps://github.com/Owner/Repo.git (fetch)\n"

@@ -175,6 +175,21 @@ TEST_F(SyncRepo, CarriesIssuesOver) {
     EXPECT_EQ(harness.repository(0).issues, present.issues);
 }
 
+TEST_F(SyncRepo, EndsWithACheckOfTheDependenciesPastWhatIsRemembered) {
+    sync();
+    scanned(behind("/r/a"));
+    EXPECT_THAT(harness.dependencyScans, IsEmpty());
+    scanned(upToDate("/r/a"));
+    EXPECT_THAT(harness.dependencyScans, ElementsAre(Pair("/r/a", true)));
+}
+
+TEST_F(SyncRepo, FailedLastLookIsNotFollowedByACheckOfTheDependencies) {
+    sync();
+    scanned(behind("/r/a"));
+    scanned(std::nullopt);
+    EXPECT_THAT(harness.dependencyScans, IsEmpty());
+}
+
 TEST_F(SyncRepo, EntryRemovedMeanwhileIsNotBroughtBack) {
     sync();
     harness.scanner->setRepositories({});

@@ -45,8 +45,13 @@ std::optional<std::string> createDirectories(const std::string& path, mode_t mod
 }
 
 Result<std::string> readFile(const std::string& path) {
-    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Opening a pipe would wait for its writer, and a device may have no end.
+    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file) return Failure{systemErrorText(errno)};
+    struct stat information {};
+    if (fstat(file.get(), &information) != 0) return Failure{systemErrorText(errno)};
+    if (S_ISDIR(information.st_mode)) return Failure{systemErrorText(EISDIR)};
+    if (!S_ISREG(information.st_mode)) return Failure{"Not a regular file"};
     std::string bytes;
     std::array<char, 65536> buffer{};
     while (true) {

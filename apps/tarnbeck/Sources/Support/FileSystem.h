@@ -23,7 +23,8 @@ std::string systemErrorText(int errorNumber);
 // on success, also when it was there already; otherwise the system's words.
 std::optional<std::string> createDirectories(const std::string& path, mode_t mode);
 
-// The whole file, or the system's words why not.
+// The whole file, or the system's words why not. Only of a regular file, after following links: no
+// pipe and no device can hold the caller up.
 Result<std::string> readFile(const std::string& path);
 
 }  // namespace tarnbeck

@@ -8,6 +8,7 @@
 // file, and are otherwise without consequence.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -100,7 +101,8 @@ class DependencyCache {
     std::mutex mutex_;  // held for a moment only
     Entries cache_;     // guarded by `mutex_`, as the next
     std::unordered_map<std::string, MarkersCacheEntry> markersCache_;
-    Timer persistWorkItem_;  // main thread
+    Timer persistWorkItem_;                   // main thread
+    std::atomic<bool> persistWaits_ = false;  // something is not in the file yet
     std::shared_ptr<SerialQueue> cacheQueue_;
     WeakAnchor<DependencyCache> anchor_{*this};
 };

@@ -141,6 +141,7 @@ void RepositoryScanner::applySync(const std::string& path, Scanned& scanned) {
     if (present && scanned) {
         replaceRepository(
             RepositoryRefreshSupport::carryingOverFrom(*present, *std::move(scanned)));
+        refreshDependenciesForRepo(path);  // a pull may have changed the manifests
     }
     setInProgress(gitScan, path, false);
 }

@@ -47,6 +47,7 @@ class ScanAttempt {
         repository_.path = path_;
         repository_.name = lastPathComponent(path_);
         if (!read()) return retryOrGiveUp();
+        repository_.dependencySummary = tools_.initialDependencySummary(path_);
         if (needsSecondLook()) return Again{pauseBeforeSecondLook};
         return std::move(repository_);
     }

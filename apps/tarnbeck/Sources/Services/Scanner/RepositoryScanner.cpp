@@ -38,6 +38,7 @@ RepositoryScanner::RepositoryScanner(Services services, Options options)
     : services_(std::move(services)),
       scanRepositoryHandler_(std::move(options.scanRepositoryHandler)),
       issueScanHandler_(std::move(options.issueScanHandler)),
+      dependencyScanHandler_(std::move(options.dependencyScanHandler)),
       fileSystemRefreshMinimumInterval_(options.fileSystemRefreshMinimumInterval),
       issueRefreshInterval_(options.issueRefreshInterval),
       knownGitHubData_(std::move(options.knownGitHubData)),
@@ -258,7 +259,9 @@ void RepositoryScanner::takeLastIssueRefreshFrom(const FetchDates& fetchDates) {
 
 // Each pass that becomes due supersedes the one before it of its kind.
 void RepositoryScanner::startBackgroundPasses(const RepositoryRefreshRequest& request) {
-    if (request.refreshDependencies) ++dependencyScanGeneration_;
+    if (request.refreshDependencies) {
+        scheduleDependencyScan(repositories(), ++dependencyScanGeneration_);
+    }
     if (request.refreshIssues) refreshIssues(request.forceIssueRefresh);
 }
 

@@ -21,6 +21,8 @@
 #include <vector>
 
 #include "AppConfiguration.h"
+#include "DependencyScanner.h"
+#include "DependencyTools.h"
 #include "FileEvents.h"
 #include "FileSystemWatcher.h"
 #include "FullScan.h"
@@ -100,12 +102,22 @@ class RepositoryScanner {
             [](const std::string&) { return std::nullopt; };
     };
 
+    // Checks one repository's dependencies, past what is remembered with `forceRefresh`. Blocks for
+    // as long as package managers take; called off the main thread, by several threads at once.
+    using DependencyScanHandler =
+        std::function<DependencySummary(const std::string& path, bool forceRefresh)>;
+    // What to show of a repository's dependencies until they have been checked. Blocks on the disk.
+    using InitialDependencySummary = std::function<DependencySummary(const std::string& path)>;
+
     struct Options {
         AppConfiguration configuration;
         bool autoStart = true;
         ScanRepositoryHandler scanRepositoryHandler;
         IssueScanHandler issueScanHandler = [](const std::string&, GitHubIssueRefreshPolicy) {
             return GitHubRepoScanResult{GitHubRepoScanResult::Skipped{}};
+        };
+        DependencyScanHandler dependencyScanHandler = [](const std::string&, bool) {
+            return DependencySummary::notApplicable;
         };
         std::chrono::nanoseconds fileSystemRefreshMinimumInterval = std::chrono::seconds(5);
         std::chrono::nanoseconds issueRefreshInterval = std::chrono::seconds(300);  // 0: never
@@ -167,6 +179,12 @@ class RepositoryScanner {
     std::vector<RepositorySnapshot> prioritizedRepositories(
         std::vector<RepositorySnapshot> from) const;
 
+    // --- Dependencies (RepositoryScanner+DependencyScans.cpp) ---
+
+    // Checks one repository's dependencies past what is remembered, in the background. Any number
+    // of calls while a check of it runs lead to one more.
+    void refreshDependenciesForRepo(const std::string& path);
+
     // --- One repository (RepositoryScanner+RepoRefresh.cpp). All return at once. ---
 
     // Scans its git state anew. Any number of calls while it runs lead to one more run.
@@ -212,6 +230,9 @@ class RepositoryScanner {
         ScanLog& log;
         GitRunner git;
         std::string home;
+        InitialDependencySummary initialDependencySummary = [](const std::string&) {
+            return DependencySummary::notApplicable;
+        };
     };
     struct ScanRequest {
         std::string at;  // may begin with a tilde
@@ -243,6 +264,8 @@ class RepositoryScanner {
                                        &State::gitScanInProgressForRepo};
     static constexpr Operation issueScan{Property::issueScanInProgressForRepo,
                                          &State::issueScanInProgressForRepo};
+    static constexpr Operation dependencyScan{Property::dependencyScanInProgressForRepo,
+                                              &State::dependencyScanInProgressForRepo};
     bool isInProgress(const Operation& operation, const std::string& path) const;
     void setInProgress(const Operation& operation, const std::string& path, bool running);
 
@@ -263,6 +286,27 @@ class RepositoryScanner {
     void finishIssueScan(int generation, bool anySuccess);
     void takeGitHubData(const GitRepository& present, const GitHubRepositoryData& data);
 
+    // One walk over the repositories that have projects.
+    struct DependencyPass {
+        int generation;
+        std::vector<std::string> paths;
+    };
+    void scheduleDependencyScan(const std::vector<RepositorySnapshot>& repositories,
+                                int generation);
+    void continueDependencyScan(std::shared_ptr<const DependencyPass> pass, std::size_t index);
+    void scanDependencies(const std::shared_ptr<const DependencyPass>& pass, std::size_t index);
+    bool mayScanDependencies(const DependencyPass& pass, const std::string& path);
+    void applyDependencyResult(const DependencyPass& pass, std::size_t index,
+                               const DependencySummary& summary);
+    void refreshDependenciesWhereQueued(const std::string& path);
+    // False when the repository has gone.
+    bool takeDependencies(const std::string& path, const DependencySummary& summary);
+    void setDependencyScanCompletedCount(std::size_t count);
+    bool isCurrent(const DependencyPass& pass) const;
+    // `apply(scanner, summary)` is called on the main thread.
+    template <class Apply>
+    void askForDependencies(const std::string& path, bool forceRefresh, Apply apply);
+
     void applyGitRefresh(const std::string& path, std::optional<GitRepository>& scanned);
     void applyIssueRefresh(const std::string& path, const GitHubRepoScanResult& result);
     void applySync(const std::string& path, std::optional<GitRepository>& scanned);
@@ -280,6 +324,7 @@ class RepositoryScanner {
     const Services services_;
     const ScanRepositoryHandler scanRepositoryHandler_;
     const IssueScanHandler issueScanHandler_;
+    const DependencyScanHandler dependencyScanHandler_;
     const std::chrono::nanoseconds fileSystemRefreshMinimumInterval_;
     const std::chrono::nanoseconds issueRefreshInterval_;
     const KnownGitHubData knownGitHubData_;
@@ -306,6 +351,7 @@ class RepositoryScanner {
     std::vector<std::string> prioritizedIssueRepoPaths_;
     std::unordered_set<std::string> queuedGitRefreshPaths_;
     std::unordered_set<std::string> queuedIssueRefreshPaths_;
+    std::unordered_set<std::string> queuedDependencyRefreshPaths_;
     // True when the scanner has gone: what runs in the background ends early.
     const std::shared_ptr<std::atomic<bool>> gone_ = std::make_shared<std::atomic<bool>>(false);
     WeakAnchor<RepositoryScanner> anchor_{*this};
