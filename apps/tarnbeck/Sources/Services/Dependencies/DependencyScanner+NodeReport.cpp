@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <iterator>
 #include <set>
 #include <span>
 #include <utility>
@@ -172,10 +174,10 @@ std::vector<DependencyUpdate> normalizedNodeUpdates(const std::vector<Dependency
 
 std::optional<std::string> nodeSyncMessage(const std::vector<std::string>& syncPackages) {
     if (syncPackages.empty()) return std::nullopt;
-    const std::size_t shown = std::min<std::size_t>(syncPackages.size(), 2);
+    const auto shown = std::min<std::ptrdiff_t>(std::ssize(syncPackages), 2);
     std::vector<std::string> names(syncPackages.begin(), syncPackages.begin() + shown);
-    if (syncPackages.size() > shown) {
-        names.push_back(fmt::format("+{} more", syncPackages.size() - shown));
+    if (std::ssize(syncPackages) > shown) {
+        names.push_back(fmt::format("+{} more", std::ssize(syncPackages) - shown));
     }
     return fmt::format(
         "Local install lags behind wanted versions for {} package(s): {}. Run install to sync.",
