@@ -8,7 +8,9 @@ homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11)
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
     libclang-rt-16-dev flake8 gh python3 python3-venv openssl ca-certificates)
-homebrew_test_packages=(googletest llvm flake8 gh python3 openssl)
+# From Debian only where there is none: one from elsewhere is newer, and the two exclude each other.
+command -v npm >/dev/null || debian_test_packages+=(npm)
+homebrew_test_packages=(googletest llvm flake8 gh python3 openssl node pnpm)
 
 # Messages go to standard error, so that the output of the program stays clean.
 say() { printf '%s\n' "$@" >&2; }
@@ -49,6 +51,14 @@ install_homebrew_packages() {
     brew install --quiet "${missing[@]}" >&2
 }
 
+# Debian has no pnpm. Without it the tests that take it are skipped.
+install_pnpm() {
+    if command -v pnpm >/dev/null || ! command -v npm >/dev/null; then return; fi
+    say "Installing pnpm with npm"
+    as_root npm install --global --no-fund --no-audit --loglevel=error pnpm </dev/null >&2 ||
+        say "That failed; going on without it. Tests that take it are skipped."
+}
+
 # Whose home can't be written, as in some containers, builds without a store of earlier results.
 [ -w "${HOME:-/}" ] || export CCACHE_DISABLE=1
 
@@ -65,6 +75,7 @@ require_packages() {
     elif command -v dpkg-query >/dev/null; then
         for group in "$@"; do list="debian_${group}_packages[@]"; packages+=("${!list}"); done
         install_debian_packages "${packages[@]}"
+        [[ " $* " != *" test "* ]] || install_pnpm
     else
         say "Neither Debian's packages nor Homebrew here. Install by hand what" \
             "scripts/packages.sh names; going on with what there is."

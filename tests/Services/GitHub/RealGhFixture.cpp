@@ -2,10 +2,6 @@
 
 #include <filesystem>
 
-#include <poll.h>
-#include <unistd.h>
-
-#include "FileSystem.h"
 #include "MachineRights.h"
 
 namespace tarnbeck::testing {
@@ -15,30 +11,13 @@ using namespace std::chrono_literals;
 
 constexpr const char* trustedCertificates = "/etc/ssl/certs/ca-certificates.crt";
 
-// Where a program is installed; empty when it is not.
-std::string installed(const std::string& name) {
-    for (const char* folder : {"/opt/homebrew/bin/", "/usr/local/bin/", "/usr/bin/"}) {
-        if (isExecutableFile(folder + name)) return folder + name;
-    }
-    return {};
-}
-
-// The first line that is printed, without its line feed.
-std::string firstLine(int descriptor) {
-    std::string line;
-    char character = 0;
-    while (read(descriptor, &character, 1) == 1 && character != '\n') line += character;
-    return line;
-}
-
 }  // namespace
 
 void RealGhFixture::SetUp() {
-    gh_ = installed("gh");
-    python_ = installed("python3");
-    openssl_ = installed("openssl");
+    gh_ = installedProgram("gh");
+    openssl_ = installedProgram("openssl");
     if (gh_.empty()) GTEST_SKIP() << "gh is not installed";
-    if (python_.empty()) GTEST_SKIP() << "python3 is not installed";
+    if (installedProgram("python3").empty()) GTEST_SKIP() << "python3 is not installed";
     if (openssl_.empty()) GTEST_SKIP() << "openssl is not installed";
     serverHas("issues", {});
     serverHas("pullRequests", {});
@@ -59,26 +38,12 @@ void RealGhFixture::makeCertificate() {
 
 void RealGhFixture::startServer(const std::string& role) {
     ASSERT_NO_FATAL_FAILURE(makeCertificate());
-    const std::vector<std::string> arguments = {GITHUB_SERVER, folder_ / "certificate.pem",
-                                                folder_ / "key.pem", folder_.path(), role};
-    auto launched = launcher_.launch({.executable = python_, .arguments = arguments});
-    ASSERT_TRUE(launched) << launched.error();
-    server_ = *std::move(launched);
-    serverOutput_ = server_->takeStandardOutput();
-    const std::string port = firstLine(serverOutput_.get());
-    ASSERT_NE(port, "") << "the server does not start";
+    const std::string port = server_.start(
+        {GITHUB_SERVER, folder_ / "certificate.pem", folder_ / "key.pem", folder_.path(), role});
+    ASSERT_NE(port, "");
     folder_.write("home/.config/gh/hosts.yml", "localhost:" + port +
                                                    ":\n    oauth_token: not-a-secret\n"
                                                    "    user: ann\n    git_protocol: https\n");
-}
-
-void RealGhFixture::stopServer() {
-    if (!server_) return;
-    server_->kill();
-    pollfd exit{.fd = server_->exitDescriptor(), .events = POLLIN};
-    poll(&exit, 1, 10'000);
-    EXPECT_FALSE(server_->isRunning());
-    server_.reset();
 }
 
 void RealGhFixture::trustingTheServer(const std::function<void()>& test) {

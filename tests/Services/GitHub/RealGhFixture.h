@@ -2,13 +2,13 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "DependencyCommandRunner.h"
 #include "GitHubScanner.h"
+#include "LoopbackServer.h"
 #include "ObservedLog.h"
 #include "PosixProcessLauncher.h"
 #include "Text.h"
@@ -19,7 +19,6 @@ class RealGhFixture : public ::testing::Test {
   protected:
     // Skips the test where the machine lacks a program that it takes.
     void SetUp() override;
-    void TearDown() override { stopServer(); }
 
     // What the server lists, as nodes of GitHub's interface; the newest first.
     void serverHas(const std::string& connection, const std::vector<std::string>& nodes) {
@@ -27,7 +26,7 @@ class RealGhFixture : public ::testing::Test {
     }
     // Starts the server in a role of `github-server.py`, and makes it the only host of the home.
     void startServer(const std::string& role);
-    void stopServer();
+    void stopServer() { server_.stop(); }
 
     // Runs `test` where `gh` trusts the server; skips it where this machine can't do that.
     void trustingTheServer(const std::function<void()>& test);
@@ -46,10 +45,8 @@ class RealGhFixture : public ::testing::Test {
     void makeCertificate();
 
     std::string gh_;
-    std::string python_;
     std::string openssl_;
-    std::unique_ptr<ChildProcess> server_;
-    FileDescriptor serverOutput_;
+    LoopbackServer server_;
 };
 
 }  // namespace tarnbeck::testing
