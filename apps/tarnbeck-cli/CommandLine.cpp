@@ -178,9 +178,9 @@ void shapeHelp(CLI::App& app) {
 
 // One command: its words on the command line, and the arguments that come of them.
 template <class CommandArguments>
-class Command {
+class DeclaredCommand {
   public:
-    Command(CLI::App& app, const std::string& name, const std::string& description)
+    DeclaredCommand(CLI::App& app, const std::string& name, const std::string& description)
         : app_(app.add_subcommand(name, description)) {
         app_->group("Commands");
     }
@@ -312,19 +312,19 @@ class Grammar {
         doctor_->footer(std::string(whatDoctorDoes));
     }
 
-    Command<StatusArguments> status_;
-    Command<WatchArguments> watch_;
-    Command<IssuesArguments> issues_;
-    Command<DepsArguments> deps_;
-    Command<InstallArguments> install_;
-    Command<SyncArguments> sync_;
-    Command<DiscardArguments> discard_;
-    Command<DiscoverArguments> discover_;
-    Command<AddArguments> add_;
-    Command<RemoveArguments> remove_;
-    Command<ConfigArguments> config_;
-    Command<LogArguments> log_;
-    Command<DoctorArguments> doctor_;
+    DeclaredCommand<StatusArguments> status_;
+    DeclaredCommand<WatchArguments> watch_;
+    DeclaredCommand<IssuesArguments> issues_;
+    DeclaredCommand<DepsArguments> deps_;
+    DeclaredCommand<InstallArguments> install_;
+    DeclaredCommand<SyncArguments> sync_;
+    DeclaredCommand<DiscardArguments> discard_;
+    DeclaredCommand<DiscoverArguments> discover_;
+    DeclaredCommand<AddArguments> add_;
+    DeclaredCommand<RemoveArguments> remove_;
+    DeclaredCommand<ConfigArguments> config_;
+    DeclaredCommand<LogArguments> log_;
+    DeclaredCommand<DoctorArguments> doctor_;
 };
 
 }  // namespace

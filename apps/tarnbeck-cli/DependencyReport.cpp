@@ -128,7 +128,7 @@ UpdateTable::Row rowOf(const DependencyUpdate& update) {
 ProjectTable projectTableOf(const DependencySummary& summary, const TableStyle& style) {
     ProjectTable table{.indent = projectIndent, .firstElastic = 1};
     for (const auto& result : summary.ecosystems) table.widenFor(rowOf(result));
-    if (style.columns) table.narrow(*style.columns, 8);
+    if (style.columns) table.narrow(*style.columns, 4);
     return table;
 }
 

@@ -108,10 +108,9 @@ std::optional<std::string> stepFailureInWords(const StepOutcome& outcome) {
     if (result.terminationStatus == 0) return std::nullopt;
     const bool isByName = outcome.step.executable == "/usr/bin/env" && !outcome.step.args.empty();
     if (isByName && result.terminationStatus == 127) {
-        return fmt::format(
-            "{}: {} is not installed where it is looked for (`tarnbeck-cli doctor` "
-            "says more)",
-            command, printable(outcome.step.args.front()));
+        return fmt::format("{}: {}, or what it runs on, is not found in {}", command,
+                           printable(outcome.step.args.front()),
+                           DependencyCommandRunner::searchPath);
     }
     return fmt::format("{} failed (exit status {})", command, result.terminationStatus);
 }

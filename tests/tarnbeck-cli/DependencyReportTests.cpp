@@ -159,7 +159,7 @@ TEST_P(DependencyReport_Narrow, NoLineIsWiderThanTheTerminal) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Widths, DependencyReport_Narrow,
-                         ::testing::Values(std::size_t{32}, std::size_t{40}, std::size_t{60},
+                         ::testing::Values(std::size_t{40}, std::size_t{50}, std::size_t{60},
                                            std::size_t{80}, std::size_t{132}));
 
 TEST(DependencyReport_Columns, WhatIsTooLongIsCutAndTheTypeStays) {

@@ -175,10 +175,10 @@ TEST(InstallStepFailure, OfALaunchHasTheSystemsWords) {
               "npm update a: Failed to launch command: No such file or directory");
 }
 
-TEST(InstallStepFailure, OfAMissingManagerTellsTheWayOn) {
+TEST(InstallStepFailure, OfAMissingManagerSaysWhereItIsLookedFor) {
     EXPECT_EQ(words({.terminationStatus = 127}),
-              "npm update a: npm is not installed where it is looked for (`tarnbeck-cli doctor` "
-              "says more)");
+              "npm update a: npm, or what it runs on, is not found in /opt/homebrew/bin:"
+              "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin");
 }
 
 TEST(InstallStepFailure, OfAProgramThatIsThereKeepsItsStatus) {

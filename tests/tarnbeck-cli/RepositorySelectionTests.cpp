@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "NameCollator.h"
 #include "RepositorySelection.h"
 #include "TemporaryFolder.h"
 
@@ -139,6 +140,53 @@ TEST_F(RepositorySelection_Paths, LoopOfLinksIsNamed) {
     EXPECT_THAT(selected({folder / "one"}).problems,
                 ElementsAre(::testing::Field(&SelectionProblem::reason,
                                              ::testing::StartsWith("can't be reached: "))));
+}
+
+TEST_F(RepositorySelection_Paths, RepositoryAroundAPathIsFound) {
+    const std::string path = repository("a");
+    folder.makeFolder("a/src/deep");
+    EXPECT_EQ(*repositoryAround(path + "/src/deep", folder.path()), path);
+    EXPECT_EQ(*repositoryAround("~/a/", folder.path()), path);
+}
+
+TEST_F(RepositorySelection_Paths, PathWithoutARepositoryAroundItHasTheReason) {
+    EXPECT_EQ(repositoryAround(folder / "gone", folder.path()).error(), "does not exist");
+    EXPECT_EQ(repositoryAround(folder.makeFolder("plain"), folder.path()).error(),
+              "is neither a git repository nor inside one");
+}
+
+class RepositorySelection_Configured : public RepositorySelection_Paths {
+  protected:
+    RepositorySelection chosen(const std::vector<std::string>& paths = {}) {
+        return selectedOrConfigured(
+            paths, {.home = folder.path(), .report = [](std::string_view) {}}, collator);
+    }
+
+    NameCollator collator;
+};
+
+TEST_F(RepositorySelection_Configured, AreThoseOfTheConfigurationByName) {
+    const std::string beta = repository("one/beta");
+    const std::string alpha = repository("two/Alpha");
+    folder.write(".config/tarnbeck/config.json", R"({"repoPaths":["~/one/beta","~/two/Alpha"]})");
+    EXPECT_THAT(chosen().paths, ElementsAre(alpha, beta));
+}
+
+TEST_F(RepositorySelection_Configured, ThoseThatAreNoRepositoriesAreFailures) {
+    folder.makeFolder("plain");
+    folder.write(".config/tarnbeck/config.json", R"({"repoPaths":["~/gone","~/plain"]})");
+    EXPECT_THAT(chosen().paths, IsEmpty());
+    EXPECT_THAT(chosen().problems,
+                ElementsAre(SelectionProblem{folder / "gone", "does not exist"},
+                            SelectionProblem{folder / "plain",
+                                             "is not a git repository (there is no .git)"}));
+}
+
+TEST_F(RepositorySelection_Configured, PathsOnTheCommandLineTakeTheirPlace) {
+    const std::string path = repository("named");
+    folder.write(".config/tarnbeck/config.json", R"({"repoPaths":["~/gone"]})");
+    EXPECT_THAT(chosen({path}).paths, ElementsAre(path));
+    EXPECT_THAT(chosen({path}).problems, IsEmpty());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <mutex>
 #include <optional>
@@ -115,16 +116,21 @@ void waitForAll(const std::vector<pid_t>& children, std::chrono::milliseconds li
 // whichever lives longer.
 class LiveChildren {
   public:
-    bool isOpen() {
+    // False when the program is ending; otherwise `endLaunch` must follow.
+    bool beginLaunch() {
         const std::lock_guard lock(mutex_);
-        return phase_ == Phase::open;
+        if (phase_ != Phase::open) return false;
+        ++launching_;
+        return true;
     }
 
-    // False when the program is ending: the child must go again.
-    bool add(pid_t child) {
+    // Of a launch that failed there is no child. False when its end has come too late to be ended
+    // with the others: the child must go again.
+    bool endLaunch(std::optional<pid_t> child) {
         const std::lock_guard lock(mutex_);
-        running_.push_back(child);
-        return phase_ == Phase::open;
+        if (child) running_.push_back(*child);
+        if (--launching_ == 0) nothingLaunching_.notify_all();
+        return phase_ == Phase::open || phase_ == Phase::closing;
     }
 
     // Under the lock, so that nobody signals a number that is another process by now.
@@ -144,8 +150,12 @@ class LiveChildren {
     }
 
     // From here until `finishEnding` nothing is reaped, so that the sessions keep their numbers.
+    // Waits a while for what is being launched: its child may run before the launch has ended.
     std::vector<pid_t> beginEnding() {
-        const std::lock_guard lock(mutex_);
+        std::unique_lock lock(mutex_);
+        phase_ = Phase::closing;
+        nothingLaunching_.wait_for(lock, std::chrono::seconds(1),
+                                   [this] { return launching_ == 0; });
         phase_ = Phase::ending;
         return running_;
     }
@@ -156,10 +166,10 @@ class LiveChildren {
     }
 
   private:
-    enum class Phase { open, ending, ended };
+    enum class Phase { open, closing, ending, ended };
 
     std::optional<int> reapLocked(pid_t child) {
-        const bool keeps = phase_ == Phase::ending;
+        const bool keeps = phase_ == Phase::closing || phase_ == Phase::ending;
         const auto status = statusOf(child, keeps ? Reaping::onlyLook : Reaping::reap);
         if (status && !keeps) std::erase(running_, child);
         return status;
@@ -168,6 +178,8 @@ class LiveChildren {
     std::mutex mutex_;
     std::vector<pid_t> running_;
     std::vector<pid_t> abandoned_;  // a part of the running: nobody waits for them any more
+    std::size_t launching_ = 0;
+    std::condition_variable nothingLaunching_;
     Phase phase_ = Phase::open;
 };
 
@@ -225,7 +237,6 @@ PosixProcessLauncher::~PosixProcessLauncher() {
 
 Result<std::unique_ptr<ChildProcess>> PosixProcessLauncher::launch(const LaunchRequest& request) {
     static const SpawnAttributes attributes;
-    if (!children_->isOpen()) return Failure{"the program is ending"};
     children_->reapAbandoned();
     Pipe output = makePipe();
     Pipe errors = makePipe();
@@ -235,15 +246,17 @@ Result<std::unique_ptr<ChildProcess>> PosixProcessLauncher::launch(const LaunchR
     keepAllButStandardFromChildren();
     SpawnActions actions;
     actions.prepare(request, output.writeEnd.get(), errors.writeEnd.get());
+    const auto arguments = pointers(request.arguments, &request.executable);
+    const auto environment = pointers(request.environment, nullptr);
+    if (!children_->beginLaunch()) return Failure{"the program is ending"};
     pid_t child = -1;
-    const int failure =
-        posix_spawn(&child, request.executable.c_str(), actions.get(), attributes.get(),
-                    pointers(request.arguments, &request.executable).data(),
-                    pointers(request.environment, nullptr).data());
+    const int failure = posix_spawn(&child, request.executable.c_str(), actions.get(),
+                                    attributes.get(), arguments.data(), environment.data());
+    const bool isInTime = children_->endLaunch(failure == 0 ? std::optional(child) : std::nullopt);
     if (failure != 0) return Failure{systemErrorText(failure)};
     auto process = std::make_unique<PosixChildProcess>(children_, child, std::move(output.readEnd),
                                                        std::move(errors.readEnd));
-    if (!children_->add(child)) ::kill(-child, SIGKILL);
+    if (!isInTime) ::kill(-child, SIGKILL);
     return std::unique_ptr<ChildProcess>(std::move(process));
 }
 
