@@ -5,6 +5,8 @@
 #include <atomic>
 #include <thread>
 
+#include <boost/json/monotonic_resource.hpp>
+
 #include "AtomicFile.h"
 #include "DependencyCache.h"
 #include "FileSystem.h"

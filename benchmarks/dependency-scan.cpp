@@ -79,7 +79,7 @@ class PlainLoop {
     }
     void ask(const char* file) {
         struct stat information {};
-        if (stat(file, &information) == 0) sum_ += information.st_mtim.tv_nsec;
+        if (stat(file, &information) == 0) sum_ = sum_ + information.st_mtim.tv_nsec;
     }
     void askIn(const std::string& folder, std::string_view name) { ask(path(folder, name)); }
     // Asks about each visible folder in a folder, or about what lies in it.

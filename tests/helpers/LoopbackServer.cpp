@@ -3,8 +3,8 @@
 #include <chrono>
 #include <utility>
 
-#include <poll.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include "DependencyCommandRunner.h"

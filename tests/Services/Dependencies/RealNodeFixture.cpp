@@ -22,7 +22,6 @@ void RealNodeFixture::SetUp() {
     }
     ASSERT_NO_FATAL_FAILURE(server_.start({NPM_REGISTRY, registry_.path()}));
     const std::string& port = server_.port();
-    ASSERT_NE(port, "");
     home_.write(".npmrc", "registry=http://127.0.0.1:" + port +
                               "/\nfund=false\naudit=false\nupdate-notifier=false\n"
                               "fetch-retries=0\n");

@@ -63,7 +63,8 @@ std::optional<std::string> reasonsMessage(const std::vector<std::string>& reason
                                           std::string_view what) {
     if (reasons.empty()) return std::nullopt;
     const std::size_t shown = std::min<std::size_t>(reasons.size(), 2);
-    std::vector<std::string> parts(reasons.begin(), reasons.begin() + shown);
+    std::vector<std::string> parts(reasons.begin(),
+                                   reasons.begin() + static_cast<std::ptrdiff_t>(shown));
     if (reasons.size() > shown) parts.push_back(fmt::format("+{} more", reasons.size() - shown));
     return fmt::format("{}{}{}", reasons.size(), what, joined(parts, " | "));
 }
