@@ -190,11 +190,21 @@ TEST_F(NodePlan_Packages, AreSortedByBytesAndEachNamedOnce) {
 TEST_F(NodePlan_Packages, EachNameIsOneArgumentWhateverItHolds) {
     EXPECT_THAT(planOf({.project = ".",
                         .manager = "npm",
-                        .updates = {planned("--global"), planned("a b; rm -rf /"),
-                                    planned("it's \"quoted\"")}})
+                        .updates = {planned("a b; rm -rf /"), planned("it's \"quoted\"")}})
                     .steps[0]
                     .args,
-                ElementsAre("npm", "update", "--global", "a b; rm -rf /", "it's \"quoted\""));
+                ElementsAre("npm", "update", "a b; rm -rf /", "it's \"quoted\""));
+}
+
+TEST_F(NodePlan_Packages, NameThatAManagerWouldReadAsAnOptionIsNotNamed) {
+    for (const auto* manager : {"npm", "pnpm"}) {
+        EXPECT_THAT(planOf({.project = ".",
+                            .manager = manager,
+                            .updates = {planned("--global"), planned("left"), planned("-g")}})
+                        .steps.back()
+                        .args,
+                    ElementsAre(manager, "update", "left"));
+    }
 }
 
 TEST_F(NodePlan_Packages, EveryStepRunsThroughEnvWhichIsNotShown) {

@@ -169,6 +169,11 @@ TEST_F(PythonPlan_Tools, UvInstallsRequirementsToo) {
                 ElementsAre("pip", "install", "--python", python, "-r", "requirements.txt"));
 }
 
+TEST_F(PythonPlan_Packages, NameThatPipWouldReadAsAnOptionIsNotNamed) {
+    EXPECT_THAT(installsOf({inEnvironment("--index-url=elsewhere"), inEnvironment("a")}),
+                ElementsAre("--upgrade a"));
+}
+
 TEST_F(PythonPlan_Errors, WithoutAnEnvironmentThereIsNoPlanEvenWithRequirements) {
     std::filesystem::remove_all(project / ".venv");
     project.write("requirements.txt", "");

@@ -47,7 +47,7 @@ std::vector<DependencyInstallStep> manifestSteps(const PythonStepTools& tools) {
 std::vector<std::string> packagesOfEnvironmentOnly(const DependencyEcosystemResult& result) {
     std::vector<std::string> packages;
     for (const DependencyUpdate& update : result.updates) {
-        if (update.isActionable() && update.origin == DependencyUpdateOrigin::venvOnly) {
+        if (mayBeNamed(update) && update.origin == DependencyUpdateOrigin::venvOnly) {
             packages.push_back(update.package);
         }
     }

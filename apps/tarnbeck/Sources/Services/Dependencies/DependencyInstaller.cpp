@@ -18,7 +18,7 @@ namespace {
 std::vector<std::string> actionablePackages(const DependencyEcosystemResult& result) {
     std::vector<std::string> packages;
     for (const DependencyUpdate& update : result.updates) {
-        if (update.isActionable()) packages.push_back(update.package);
+        if (mayBeNamed(update)) packages.push_back(update.package);
     }
     return DependencyScanner::sortedUnique(std::move(packages));
 }
@@ -150,6 +150,10 @@ std::string absoluteProjectPath(const std::optional<std::string>& project,
     if (!project || project->empty() || *project == ".") return repoPath;
     const bool hasSlash = repoPath.ends_with('/') || project->starts_with('/');
     return repoPath + (hasSlash ? "" : "/") + *project;
+}
+
+bool mayBeNamed(const DependencyUpdate& update) {
+    return update.isActionable() && !update.package.starts_with('-');
 }
 
 bool isInsidePnpmWorkspace(const std::string& repoPath) {

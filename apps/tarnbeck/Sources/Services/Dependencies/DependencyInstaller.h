@@ -104,6 +104,11 @@ CommandResult run(const DependencyTools& tools, const RunRequest& request);
 std::string absoluteProjectPath(const std::optional<std::string>& project,
                                 const std::string& repoPath);
 
+// Whether a plan may name the package: its update can be taken, and no manager would read the name
+// as an option. (A report repeats what a repository's manifest says, and "--global" may stand
+// there.)
+bool mayBeNamed(const DependencyUpdate& update);
+
 // By "pnpm-workspace.yaml" or "pnpm-lock.yaml" in the root.
 bool isInsidePnpmWorkspace(const std::string& repoPath);
 
