@@ -183,11 +183,15 @@ DependencyMarkers discoverMarkers(const std::string& repoPath) {
 }
 
 std::vector<std::string> pnpmWorkspacePackagePatterns(const std::string& repoPath) {
-    std::vector<std::string> patterns;
     const Result<std::string> bytes = readFile(repoPath + std::string(workspaceFile));
-    if (!bytes) return patterns;
+    if (!bytes) return {};
+    return packagePatternsIn(decodedUtf8(*bytes));
+}
+
+std::vector<std::string> packagePatternsIn(std::string_view workspaceText) {
+    std::vector<std::string> patterns;
     bool isInPackages = false;
-    for (std::string_view line : linesAtNewlines(decodedUtf8(*bytes))) {
+    for (std::string_view line : linesAtNewlines(workspaceText)) {
         line = trimmingBlanksAndTabs(line);
         if (line == "packages:") {
             isInPackages = true;

@@ -29,6 +29,8 @@ DependencyMarkers discoverMarkers(const std::string& repoPath);
 
 // The entries of `packages:` in "pnpm-workspace.yaml", by a scan of its lines; none without it.
 std::vector<std::string> pnpmWorkspacePackagePatterns(const std::string& repoPath);
+// The same of the file's text. Pure.
+std::vector<std::string> packagePatternsIn(std::string_view workspaceText);
 // The root and those that the workspace's patterns name; all where there are no patterns.
 std::vector<std::string> filterNodeProjectsToWorkspacePackages(std::vector<std::string> projects,
                                                                const std::string& repoPath);
