@@ -147,6 +147,34 @@ TEST_F(WatchEndToEnd, JsonTellsAChangeOnDiskWithoutAScanOfAll) {
     EXPECT_TRUE(json->at("repository").at("currentBranch").as_string().starts_with("topic"));
 }
 
+TEST_F(WatchEndToEnd, JsonTellsTheFirstVerdictOnDependenciesByItself) {
+    const std::string path = makeRepository(folder / "projects/alpha");
+    folder.write("projects/alpha/package.json", "{}");
+    folder.write("projects/alpha/yarn.lock", "");
+    RunningProgram program(watch({"--json"}));
+    EXPECT_THAT(program.readLine(), HasSubstr(R"({"event":"scanStarted")"));
+    EXPECT_THAT(program.readLine(), HasSubstr(R"("status":"checking","updates":[])"));
+    EXPECT_THAT(program.readLine(), HasSubstr(R"({"event":"scanFinished")"));
+    const std::string line = program.readLine();
+    const auto json = parsedJson(line);
+    ASSERT_TRUE(json) << line;
+    EXPECT_EQ(json->at("event").as_string(), "dependencies");
+    EXPECT_EQ(json->at("path").as_string(), path);
+    EXPECT_EQ(json->at("status").as_string(), "unknown");
+    EXPECT_EQ(json->at("inlineSummary").as_string(), "dependency state unknown");
+    EXPECT_EQ(json->at("summary").at("ecosystems").as_array().size(), 1);
+}
+
+TEST_F(WatchEndToEnd, PeopleSeeTheVerdictOnDependenciesBehindTheTable) {
+    makeRepository(folder / "projects/alpha");
+    folder.write("projects/alpha/package.json", "{}");
+    folder.write("projects/alpha/yarn.lock", "");
+    RunningProgram program(watch());
+    EXPECT_THAT(program.readLine(), HasSubstr("✎ alpha  main  No upstream  2 changes"));
+    EXPECT_THAT(program.readLine(), HasSubstr("1 repository"));
+    EXPECT_THAT(program.readLine(), HasSubstr(" ▣ alpha  dependency state unknown"));
+}
+
 class WatchEndToEnd_Signals : public WatchEndToEnd, public ::testing::WithParamInterface<int> {};
 
 TEST_P(WatchEndToEnd_Signals, EndIt) {
