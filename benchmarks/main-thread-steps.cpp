@@ -89,6 +89,8 @@ GitRepository largeRepository(const std::string& path) {
     }
     repository.branches = std::move(branches);
     repository.tags = std::move(tags);
+    repository.dependencySummary = {
+        .ecosystems = {{.manager = "npm", .status = DependencyHealth::checking}}};
     repository.worktrees = {{.path = path, .isMainWorktree = true}, {.path = path + "-tree"}};
     return repository;
 }
@@ -102,6 +104,19 @@ GitHubRepoScanResult manyIssues(int cycle) {
                           .title = fmt::format("Issue {} of cycle {}", index, cycle)});
     }
     return {GitHubRepoScanResult::Success{{.issues = std::move(issues)}}};
+}
+
+// Other updates at each cycle.
+DependencySummary manyUpdates(int cycle) {
+    std::vector<DependencyUpdate> updates;
+    for (int index = 0; index < issueCount; ++index) {
+        updates.push_back({.package = fmt::format("package-{}", index),
+                           .currentVersion = "1.0.0",
+                           .latestVersion = fmt::format("1.0.{}", cycle)});
+    }
+    return {.ecosystems = {{.manager = "npm",
+                            .status = DependencyHealth::updatesAvailable,
+                            .updates = std::move(updates)}}};
 }
 
 // 512 changed paths, the most that wait, in four repositories.
@@ -155,14 +170,17 @@ int main() {
              },
          .issueScanHandler = [&](const std::string&,
                                  GitHubIssueRefreshPolicy) { return manyIssues(cycle); },
+         .dependencyScanHandler = [&](const std::string&, bool) { return manyUpdates(cycle); },
          .fileSystemRefreshMinimumInterval = std::chrono::seconds(0)});
 
     using Property = RepositoryScanner::Property;
     const auto observation = scanner.observe([&](Property property) {
-        const bool ended =
-            (property == Property::issueScanInProgress && !scanner.state().issueScanInProgress) ||
-            (property == Property::gitScanInProgressForRepo &&
-             scanner.state().gitScanInProgressForRepo.empty());
+        const bool passEnded = property == Property::issueScanInProgress ||
+                               property == Property::dependencyScanInProgress;
+        const bool ended = (passEnded && !scanner.state().issueScanInProgress &&
+                            !scanner.state().dependencyScanInProgress) ||
+                           (property == Property::gitScanInProgressForRepo &&
+                            scanner.state().gitScanInProgressForRepo.empty());
         if (ended) engine.loop.stop();
     });
     scanner.start();

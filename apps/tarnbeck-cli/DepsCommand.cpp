@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "Commands.h"
+#include "CommandsInWords.h"
 #include "DependencyReport.h"
 #include "ExitStatus.h"
 #include "Output.h"
@@ -31,7 +32,7 @@ class DependencyChecks {
     void run() {
         companion_.runInBackground([this] {
             for (std::size_t index = 0; index < paths_.size(); ++index) {
-                companion_.loop().post([this, index] { showProgress(index); });
+                companion_.loop().post([this, index] { showProgress(index, ""); });
                 companion_.loop().post([this, answer = answerAbout(index)] { take(answer); });
             }
         });
@@ -41,17 +42,24 @@ class DependencyChecks {
     std::size_t failures() const { return failures_; }
 
   private:
-    void showProgress(std::size_t index) {
-        progress_.show(
-            fmt::format("Checking dependencies {}/{} {}", index + 1, paths_.size(), names_[index]));
+    void showProgress(std::size_t index, const std::string& what) {
+        progress_.show(fmt::format("Checking dependencies {}/{} {}{}{}", index + 1, paths_.size(),
+                                   names_[index], what.empty() ? "" : ": ", what));
     }
 
     // Blocks while package managers run.
     DependencyAnswer answerAbout(std::size_t index) {
         const Date now = companion_.loop().wallNow();
         DependencyAnswer answer{.path = paths_[index], .name = names_[index]};
+        const auto tools =
+            tellingCommands(companion_.dependencyTools(), [this, index](const Command& command) {
+                companion_.loop().post(
+                    [this, index, what = commandInWords(command, paths_[index])] {
+                        showProgress(index, what);
+                    });
+            });
         answer.summary =
-            DependencyScanner::scan(companion_.dependencyTools(), companion_.dependencyMemory(),
+            DependencyScanner::scan(tools, companion_.dependencyMemory(),
                                     {.at = paths_[index], .forceRefresh = arguments_.refresh});
         answer.asOf = dateIfOlder(
             answer.summary, arguments_.refresh ? now : now - DependencyCache::summaryLifetime);

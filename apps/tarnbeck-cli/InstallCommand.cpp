@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include "Commands.h"
+#include "CommandsInWords.h"
 #include "Confirmation.h"
 #include "DependencyInstaller.h"
 #include "DependencyReport.h"
@@ -89,12 +90,19 @@ class Installation {
     // The verdict on the whole repository, as it is remembered or anew.
     DependencySummary checked() {
         ProgressLine progress;
-        progress.show(
-            fmt::format("Checking the dependencies of {}", lastPathComponent(repository_)));
+        const auto what =
+            fmt::format("Checking the dependencies of {}", lastPathComponent(repository_));
+        progress.show(what);
+        const auto tools =
+            tellingCommands(companion_.dependencyTools(), [&](const Command& command) {
+                companion_.loop().post([&, words = commandInWords(command, repository_)] {
+                    progress.show(fmt::format("{}: {}", what, words));
+                });
+            });
         DependencySummary summary;
         companion_.runInBackground([&] {
-            summary = DependencyScanner::scan(companion_.dependencyTools(),
-                                              companion_.dependencyMemory(), {.at = repository_});
+            summary =
+                DependencyScanner::scan(tools, companion_.dependencyMemory(), {.at = repository_});
         });
         return summary;
     }

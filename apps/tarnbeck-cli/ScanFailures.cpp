@@ -19,7 +19,7 @@ bool tellsOfFailedCommand(std::string_view message) {
 }
 
 // "git status" of "… git status at /path…".
-std::string_view commandIn(std::string_view line) {
+std::string_view gitCommandIn(std::string_view line) {
     const std::size_t begin = std::min(line.find("git "), line.size());
     const std::string_view rest = line.substr(begin);
     return rest.substr(0, rest.find(" at "));
@@ -40,7 +40,7 @@ ScanFailures::ScanFailures(ScanLog& log)
 void ScanFailures::note(std::string_view message) {
     if (!tellsOfFailedCommand(message)) return;
     const std::lock_guard lock(mutex_);
-    if (commandIn(message).starts_with("git fetch ")) {
+    if (gitCommandIn(message).starts_with("git fetch ")) {
         failedFetches_.emplace_back(message);
     } else {
         lastFailure_[std::string(pathInFailure(message))] = message;
@@ -81,7 +81,7 @@ std::string_view pathInFailure(std::string_view line) {
 }
 
 std::string failureInWords(std::string_view line) {
-    const std::string_view command = commandIn(line);
+    const std::string_view command = gitCommandIn(line);
     const std::string_view said = firstLineBehindDash(line);
     if (line.starts_with("TIMEOUT ")) return fmt::format("{} took too long", command);
     if (line.starts_with("EMPTY ")) return fmt::format("{} printed nothing", command);
