@@ -152,8 +152,8 @@ std::string wrapped(std::string_view text, std::size_t indent, std::optional<std
     const auto finish = [&] {
         if (!line.empty()) result += margin + std::exchange(line, {}) + "\n";
     };
-    for (const std::string_view each : linesAtNewlines(text)) {
-        forEachPiece(each, ' ', [&](std::string_view raw) {
+    while (!text.empty()) {
+        forEachPiece(takingLineAtNewline(text), ' ', [&](std::string_view raw) {
             const std::string word = printable(raw);
             const std::size_t width = indent + displayWidth(line) + 1 + displayWidth(word);
             if (columns && !line.empty() && width > *columns) finish();

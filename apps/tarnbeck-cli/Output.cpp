@@ -69,7 +69,8 @@ void complain(std::string_view message) {
 
 void complainLineByLine(std::string_view message) {
     bool isFirst = true;
-    for (const std::string_view line : linesAtNewlines(message)) {
+    while (!message.empty()) {
+        const std::string_view line = takingLineAtNewline(message);
         if (line.empty()) continue;
         complain(fmt::format("{}{}", isFirst ? "" : "  ", line));
         isFirst = false;

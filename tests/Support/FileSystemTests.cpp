@@ -102,6 +102,14 @@ TEST_F(FileSystemQuestions, PipeAndDeviceAreRefusedInsteadOfWaitedFor) {
     EXPECT_EQ(readFile("/dev/zero").error(), "Not a regular file");
 }
 
+TEST_F(FileSystemQuestions, FileThatIsTooLargeIsRefused) {
+    const std::string file = folder_.write("file", std::string(100, 'x'));
+    EXPECT_EQ(readFile(file, 100)->size(), 100U);
+    EXPECT_EQ(readFile(file, 99).error(), "File too large");
+    fs::resize_file(file, std::uintmax_t{6} << 30);  // takes no room on the disk
+    EXPECT_EQ(readFile(file).error(), "File too large");
+}
+
 class FolderListings : public FileSystemQuestions {
   protected:
     // Each entry with a slash behind a folder, sorted.

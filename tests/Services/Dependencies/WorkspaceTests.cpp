@@ -1,3 +1,7 @@
+#include <filesystem>
+
+#include <fmt/format.h>
+
 #include "DependencyScanner+Discovery.h"
 #include "TemporaryFolder.h"
 
@@ -106,6 +110,33 @@ TEST_F(Workspace, BareNegationIsPassedOver) {
 
 TEST_F(Workspace, OrderOfTheProjectsStays) {
     EXPECT_THAT(membersOf("packages:\n- '*'\n", {"c", "a", "b"}), ElementsAre("c", "a", "b"));
+}
+
+TEST_F(Workspace, HundredsOfThousandsOfPatternsAndOfEmptyLinesAreNoTrouble) {
+    std::string content = "packages:\n";
+    for (int entry = 0; entry < 200'000; ++entry) {
+        content += fmt::format("- a\n\n- group{}/*\n", entry);
+    }
+    std::vector<std::string> projects;
+    for (int project = 0; project < 50; ++project) {
+        projects.push_back(fmt::format("group{}/x", project * 4'000));
+    }
+    projects.emplace_back("elsewhere/x");
+    const auto members = membersOf(content, projects);
+    EXPECT_EQ(members.size(), 50);
+}
+
+TEST_F(Workspace, FileThatNobodyWritesIsNotReadToItsEnd) {
+    folder.write("pnpm-workspace.yaml", "packages:\n- a\n");
+    std::filesystem::resize_file(folder / "pnpm-workspace.yaml", std::uintmax_t{1} << 30);
+    EXPECT_THAT(pnpmWorkspacePackagePatterns(folder.path()), IsEmpty());
+}
+
+TEST_F(Workspace, RepeatedPatternCountsWhereItStandsLast) {
+    const std::vector<std::string> projects = {"a", "b"};
+    EXPECT_THAT(membersOf("packages:\n- a\n- '!*'\n- a\n", projects), ElementsAre("a"));
+    EXPECT_THAT(membersOf("packages:\n- a\n- '!a'\n- '!*'\n", projects), IsEmpty());
+    EXPECT_THAT(membersOf("packages:\n- '!a'\n- a\n", projects), ElementsAre("a"));
 }
 
 TEST(GlobMatch, StarStandsForOnePart) {

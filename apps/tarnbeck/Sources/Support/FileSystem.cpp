@@ -44,7 +44,7 @@ std::optional<std::string> createDirectories(const std::string& path, mode_t mod
     return systemErrorText(error);
 }
 
-Result<std::string> readFile(const std::string& path) {
+Result<std::string> readFile(const std::string& path, std::size_t largest) {
     // Opening a pipe would wait for its writer, and a device may have no end.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file) return Failure{systemErrorText(errno)};
@@ -58,6 +58,7 @@ Result<std::string> readFile(const std::string& path) {
         const ssize_t count = read(file.get(), buffer.data(), buffer.size());
         if (count > 0) {
             bytes.append(buffer.data(), static_cast<std::size_t>(count));
+            if (bytes.size() > largest) return Failure{systemErrorText(EFBIG)};
         } else if (count == 0) {
             return bytes;
         } else if (errno != EINTR) {

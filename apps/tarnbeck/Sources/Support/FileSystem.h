@@ -1,6 +1,7 @@
 // Questions to the file system. All block; any thread.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -24,7 +25,7 @@ std::string systemErrorText(int errorNumber);
 std::optional<std::string> createDirectories(const std::string& path, mode_t mode);
 
 // The whole file, or the system's words why not. Only of a regular file, after following links: no
-// pipe and no device can hold the caller up.
-Result<std::string> readFile(const std::string& path);
+// pipe and no device can hold the caller up. A file of more than `largest` bytes is refused.
+Result<std::string> readFile(const std::string& path, std::size_t largest = std::size_t{512} << 20);
 
 }  // namespace tarnbeck

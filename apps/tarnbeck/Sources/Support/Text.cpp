@@ -217,17 +217,16 @@ std::string_view firstCharacters(std::string_view text, std::size_t count) {
     return count == 0 ? text.substr(0, 0) : text.substr(0, ends[count - 1]);
 }
 
-std::vector<std::string_view> linesAtNewlines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    std::int32_t begin = 0;
-    for (std::int32_t position = 0; position < length(text);) {
+std::string_view takingLineAtNewline(std::string_view& text) {
+    const std::string_view whole = text;
+    for (std::int32_t position = 0; position < length(whole);) {
         const std::int32_t end = position;
-        if (!isNewline(nextCharacter(text, position))) continue;
-        lines.push_back(text.substr(begin, end - begin));
-        begin = position;
+        if (!isNewline(nextCharacter(whole, position))) continue;
+        text.remove_prefix(position);
+        return whole.substr(0, end);
     }
-    lines.push_back(text.substr(begin));
-    return lines;
+    text.remove_prefix(text.size());
+    return whole;
 }
 
 std::size_t displayWidth(std::string_view text) {

@@ -40,9 +40,9 @@ std::string_view takingDecimalDigits(std::string_view& text);
 // The first `count` user-perceived characters; all of a text that has no more.
 std::string_view firstCharacters(std::string_view text, std::size_t count);
 
-// The pieces between all of Unicode's newline characters, empty ones too: a line that ends in
-// "\r\n" is followed by an empty one. They view into `text`.
-std::vector<std::string_view> linesAtNewlines(std::string_view text);
+// The text up to the first of Unicode's newline characters; `text` goes on behind that. A line that
+// ends in "\r\n" is followed by an empty one.
+std::string_view takingLineAtNewline(std::string_view& text);
 
 // Columns that the text takes on a terminal with fixed cells: 2 for wide East Asian characters and
 // emoji, 0 for combining marks.

@@ -1,10 +1,14 @@
 // Which folders of one repository are projects.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace tarnbeck {
+
+// In bytes: what is larger than any manifest that a person writes counts as unreadable.
+inline constexpr std::size_t largestManifest = std::size_t{64} << 20;
 
 // Absolute, standardized folders, sorted by bytes. A folder may stand in both lists.
 struct DependencyMarkers {

@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <unordered_set>
 #include <utility>
 
 #include "DependencyScanner+Discovery.h"
@@ -90,8 +90,10 @@ class FoundProjects {
     std::vector<std::string> folders_;
 };
 
-std::vector<std::string_view> parts(std::string_view path) {
-    std::vector<std::string_view> found;
+using PathParts = std::vector<std::string_view>;
+
+PathParts parts(std::string_view path) {
+    PathParts found;
     while (true) {
         const std::size_t slash = path.find('/');
         found.push_back(path.substr(0, slash));
@@ -123,15 +125,74 @@ bool partMatches(std::string_view part, std::string_view pattern) {
     return pattern.find_first_not_of('*', inPattern) == std::string_view::npos;
 }
 
-bool isMember(const std::string& path, const std::vector<std::string>& patterns) {
-    bool verdict = false;
-    for (std::string_view pattern : patterns) {
-        const bool negates = pattern.starts_with('!');
-        if (negates) pattern.remove_prefix(1);
-        if (!pattern.empty() && globMatch({.path = path, .pattern = pattern})) verdict = !negates;
-    }
-    return verdict;
+bool matchesPartByPart(const PathParts& path, const PathParts& pattern) {
+    return path.size() == pattern.size() && std::ranges::equal(path, pattern, partMatches);
 }
+
+// For patterns with "**". matches[i]: whether the pattern's rest, which grows from its end, matches
+// the path from part i on. So that no pattern takes longer than its length times that of the path.
+bool matchesAcrossParts(const PathParts& path, const PathParts& pattern) {
+    std::vector<bool> matches(path.size() + 1, false);
+    matches.back() = true;
+    for (auto part = pattern.rbegin(); part != pattern.rend(); ++part) {
+        std::vector<bool> next(path.size() + 1, false);
+        for (std::size_t index = path.size() + 1; index-- > 0;) {
+            const bool isLast = index == path.size();
+            if (*part == "**") {
+                next[index] = matches[index] || (!isLast && next[index + 1]);
+            } else if (!isLast) {
+                next[index] = matches[index + 1] && partMatches(path[index], *part);
+            }
+        }
+        matches = std::move(next);
+    }
+    return matches.front();
+}
+
+// A pattern, taken apart. Views into its text.
+class Glob {
+  public:
+    explicit Glob(std::string_view pattern)
+        : parts_(parts(pattern)), crossesParts_(std::ranges::find(parts_, "**") != parts_.end()) {}
+
+    bool matches(const PathParts& path) const {
+        return crossesParts_ ? matchesAcrossParts(path, parts_) : matchesPartByPart(path, parts_);
+    }
+
+  private:
+    PathParts parts_;
+    bool crossesParts_;
+};
+
+// The patterns of a workspace, taken apart once for all projects. The last one that matches
+// decides, so of equal ones only the last is kept, and they are tried from the end.
+class WorkspacePatterns {
+  public:
+    explicit WorkspacePatterns(const std::vector<std::string>& patterns) {
+        std::unordered_set<std::string_view> known;
+        for (auto pattern = patterns.rbegin(); pattern != patterns.rend(); ++pattern) {
+            std::string_view text = *pattern;
+            const bool negates = text.starts_with('!');
+            if (negates) text.remove_prefix(1);
+            if (text.empty() || !known.insert(text).second) continue;
+            fromLast_.push_back({.pattern = Glob(text), .negates = negates});
+        }
+    }
+
+    bool include(std::string_view path) const {
+        const PathParts pathParts = parts(path);
+        const auto decisive = std::ranges::find_if(
+            fromLast_, [&](const Entry& entry) { return entry.pattern.matches(pathParts); });
+        return decisive != fromLast_.end() && !decisive->negates;
+    }
+
+  private:
+    struct Entry {
+        Glob pattern;
+        bool negates;
+    };
+    std::vector<Entry> fromLast_;
+};
 
 }  // namespace
 
@@ -183,7 +244,8 @@ DependencyMarkers discoverMarkers(const std::string& repoPath) {
 }
 
 std::vector<std::string> pnpmWorkspacePackagePatterns(const std::string& repoPath) {
-    const Result<std::string> bytes = readFile(repoPath + std::string(workspaceFile));
+    const Result<std::string> bytes =
+        readFile(repoPath + std::string(workspaceFile), largestManifest);
     if (!bytes) return {};
     return packagePatternsIn(decodedUtf8(*bytes));
 }
@@ -191,8 +253,8 @@ std::vector<std::string> pnpmWorkspacePackagePatterns(const std::string& repoPat
 std::vector<std::string> packagePatternsIn(std::string_view workspaceText) {
     std::vector<std::string> patterns;
     bool isInPackages = false;
-    for (std::string_view line : linesAtNewlines(workspaceText)) {
-        line = trimmingBlanksAndTabs(line);
+    while (!workspaceText.empty()) {
+        const std::string_view line = trimmingBlanksAndTabs(takingLineAtNewline(workspaceText));
         if (line == "packages:") {
             isInPackages = true;
         } else if (!isInPackages || line.empty() || line.starts_with('#')) {
@@ -212,34 +274,17 @@ std::vector<std::string> filterNodeProjectsToWorkspacePackages(std::vector<std::
     if (!exists(repoPath + std::string(workspaceFile))) return projects;
     const auto patterns = pnpmWorkspacePackagePatterns(repoPath);
     if (patterns.empty()) return projects;
+    const WorkspacePatterns members(patterns);
     std::erase_if(projects, [&](const std::string& project) {
         const std::string path =
             relativeProjectPath({.projectPath = project, .repoPath = repoPath});
-        return path != "." && !isMember(path, patterns);
+        return path != "." && !members.include(path);
     });
     return projects;
 }
 
 bool globMatch(const GlobQuestion& question) {
-    const auto path = parts(question.path);
-    const auto pattern = parts(question.pattern);
-    // matches[i]: whether the pattern's rest, which grows from its end, matches the path from part
-    // i on. So that no pattern takes longer than its length times that of the path.
-    std::vector<bool> matches(path.size() + 1, false);
-    matches.back() = true;
-    for (auto part = pattern.rbegin(); part != pattern.rend(); ++part) {
-        std::vector<bool> next(path.size() + 1, false);
-        for (std::size_t index = path.size() + 1; index-- > 0;) {
-            const bool isLast = index == path.size();
-            if (*part == "**") {
-                next[index] = matches[index] || (!isLast && next[index + 1]);
-            } else if (!isLast) {
-                next[index] = matches[index + 1] && partMatches(path[index], *part);
-            }
-        }
-        matches = std::move(next);
-    }
-    return matches.front();
+    return Glob(question.pattern).matches(parts(question.path));
 }
 
 }  // namespace tarnbeck::DependencyScanner

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "DependencyScanner+PythonRequirements.h"
+#include "DependencyMarkers.h"
 #include "DependencyVersion.h"
 #include "FileSystem.h"
 #include "RegularExpression.h"
@@ -49,8 +50,8 @@ std::optional<PythonRequirementConstraint> parsePythonRequirement(std::string_vi
 PythonConstraints lowestPythonRequirements(const std::vector<std::string>& texts) {
     PythonConstraints constraints;
     for (const std::string& text : texts) {
-        for (const std::string_view line : linesAtNewlines(text)) {
-            auto constraint = parsePythonRequirement(trimmingWhitespaceAndNewlines(line));
+        for (std::string_view rest = text; !rest.empty();) {
+            auto constraint = parsePythonRequirement(takingLineAtNewline(rest));
             if (!constraint) continue;
             const std::string key = normalizedPythonName(constraint->package);
             const auto standing = constraints.find(key);
@@ -67,7 +68,7 @@ PythonConstraints lowestPythonRequirements(const std::vector<std::string>& texts
 PythonConstraints pythonRequirements(const std::string& projectPath) {
     std::vector<std::string> texts;
     for (const char* name : requirementFiles) {
-        const Result<std::string> bytes = readFile(projectPath + name);
+        const Result<std::string> bytes = readFile(projectPath + name, largestManifest);
         if (bytes) texts.emplace_back(decodedUtf8(*bytes));
     }
     return lowestPythonRequirements(texts);

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "DependencyScanner+Reports.h"
+#include "DependencyMarkers.h"
 #include "FileSystem.h"
 #include "Paths.h"
 #include "Text.h"
@@ -80,11 +81,12 @@ std::optional<std::string> joinDependencyMessages(
 }
 
 std::optional<JsonObject> jsonObjectInFile(const std::string& path) {
-    const Result<std::string> bytes = readFile(path);
+    const Result<std::string> bytes = readFile(path, largestManifest);
     if (!bytes) return std::nullopt;
-    const Result<JsonValue> json = parsedJson(*bytes);
+    Result<JsonValue> json = parsedJson(*bytes);
     if (!json || !json->is_object()) return std::nullopt;
-    return json->get_object();
+    JsonValue manifest = *std::move(json);
+    return std::move(manifest.get_object());
 }
 
 }  // namespace tarnbeck::DependencyScanner
