@@ -92,6 +92,7 @@ TEST(DependencyHeadline_OfASummary, CountsMajorUpdatesOfAllResults) {
 
 TEST(DependencyLine, WithoutEcosystemsIsAbsentWhetherCheckedOrNot) {
     EXPECT_EQ(DependencySummary{}.inlineSummary(), std::nullopt);
+    EXPECT_EQ(DependencySummary{}.headlineCount(), 0);
     const DependencySummary checked{.checkedAt = Date{}};
     EXPECT_EQ(checked.inlineSummary(), std::nullopt);
     EXPECT_EQ(checked.status(), Health::notApplicable);
@@ -111,6 +112,12 @@ TEST(DependencyLine, OfUpdatesTellsMajorsBlockedAndTheNeededInstall) {
                                  {{3, Type::minor}, {2, Type::major}, {1, Type::blocked}},
                                  asksForInstall)}),
               "5 updateable (2 major) · 1 blocked · sync needed");
+}
+
+TEST(DependencyLine, OfUpdatesTellsBlockedBeforeLimited) {
+    EXPECT_EQ(textOf({resultWith(Health::updatesAvailable,
+                                 {{1, Type::patch}, {2, Type::constrained}, {3, Type::blocked}})}),
+              "1 updateable · 3 blocked · 2 limited");
 }
 
 TEST(DependencyLine, OfUpdatesWithoutMajorsLeavesThemOut) {

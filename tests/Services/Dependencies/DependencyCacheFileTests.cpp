@@ -43,12 +43,13 @@ TEST_F(DependencyCacheFile, IsAnObjectFromPathToFingerprintDateAndSummary) {
                                   .status = fine,
                                   .message = "a word"}}},
                  "/r/a", "v17|x");
+    const Date stored = cache.simulation.loop.wallNow();
     cache.simulation.advance(2s);
     const auto json = parsedJson(contentOf(cache.file()));
     const JsonObject& entry = json->at("/r/a").as_object();
     EXPECT_EQ(entry.size(), 3);
     EXPECT_EQ(entry.at("fingerprint"), "v17|x");
-    EXPECT_TRUE(entry.at("checkedAt").is_number());
+    EXPECT_EQ(dateFromSecondsSince2001(entry.at("checkedAt").to_number<double>()), stored);
     EXPECT_EQ(jsonText(entry.at("summary")),
               R"({"ecosystems":[{"ecosystem":"Python","project":"api","manager":"pip",)"
               R"("status":"upToDate","updates":[],"message":"a word"}]})");
@@ -158,6 +159,8 @@ TEST_F(DependencyCacheFile, IsForTheUsersEyesOnly) {
     struct stat information {};
     ASSERT_EQ(stat(cache.file().c_str(), &information), 0);
     EXPECT_EQ(information.st_mode & 0777, 0600U);
+    ASSERT_EQ(stat((cache.folder / ".config/tarnbeck").c_str(), &information), 0);
+    EXPECT_EQ(information.st_mode & 0777, 0700U);
 }
 
 TEST_F(DependencyCacheFile, ThatCannotBeWrittenIsTriedAgainWithTheNextStore) {

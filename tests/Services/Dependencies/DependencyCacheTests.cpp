@@ -72,12 +72,29 @@ TEST_F(SummaryCache, HundredAndTwentyNinthRepositoryTakesThePlaceOfTheOldest) {
 TEST_F(SummaryCache, ForgetsARepositoryWhenToldTo) {
     cache->store(summaryOf(good), "/r/a", "v17|x");
     cache->storeMarkers({.nodeProjects = {"/r/a"}}, "/r/a", "root:1");
+    cache.simulation.advance(2s);  // it is in the file
     cache->invalidateCache("/r/a");
     EXPECT_FALSE(has("/r/a"));
     EXPECT_EQ(cache->markers("/r/a", "root:1"), std::nullopt);
     cache.simulation.advance(2s);
     cache.restart();
     EXPECT_FALSE(has("/r/a"));
+}
+
+TEST_F(SummaryCache, StoreAndForgettingBeforeAnyReadLoseNothingOfTheFile) {
+    cache->store(summaryOf(good), "/r/a", "v17|x");
+    cache->store(summaryOf(good), "/r/b", "v17|x");
+    cache.simulation.advance(2s);
+    cache.restart();
+    cache->store(summaryOf(good), "/r/c", "v17|x");
+    cache.simulation.advance(2s);
+    cache.restart();
+    cache->invalidateCache("/r/b");
+    cache.simulation.advance(2s);
+    cache.restart();
+    EXPECT_TRUE(has("/r/a"));
+    EXPECT_FALSE(has("/r/b"));
+    EXPECT_TRUE(has("/r/c"));
 }
 
 class MarkersCache : public SummaryCache {

@@ -1,4 +1,5 @@
 // The front door: what is asked of the managers, and what is answered from memory.
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -76,7 +77,12 @@ TEST_F(DependencyScan, HasNodeBeforePythonAndEachByPath) {
 
 TEST_F(DependencyScan, IsStampedWithTheTimeItEnded) {
     repo.write("package.json", "{}");
-    EXPECT_EQ(scan().checkedAt, cache.simulation.loop.wallNow());
+    tools.runCommand = [this](const Command&) {
+        cache.simulation.advance(7s);
+        return printed("{}");
+    };
+    const auto summary = scan();
+    EXPECT_EQ(summary.checkedAt, cache.simulation.loop.wallNow());
 }
 
 TEST_F(DependencyScan, OfAnUnchangedRepositoryRunsNothing) {
@@ -182,6 +188,13 @@ TEST_F(DependencyScan, WhereEveryProjectFailsAndTheOlderSummaryFailedTooTheNewOn
     EXPECT_EQ(cache->lastKnownSummary(repo.path(), true), second);
 }
 
+TEST_F(DependencyScan, WhereEveryProjectFailsAnOlderSummaryWithoutProjectsIsNoGoodOne) {
+    repo.write("package.json", "{}");
+    cache->store(DependencySummary::notApplicable, repo.path(), "v17|older");
+    npmFails();
+    EXPECT_EQ(scan().status(), Health::error);
+}
+
 TEST_F(DependencyScan, WhereSomeFailTheNewSummaryIsGivenAndStored) {
     repo.write("package.json", "{}");
     repo.write("web/package.json", "{}");
@@ -202,7 +215,10 @@ TEST_F(DependencyScan, ThreeHundredProjectsAreCheckedOneAfterTheOther) {
         repo.write(fmt::format("p{}/package.json", number), "{}");
     }
     EXPECT_THAT(scan().ecosystems, SizeIs(300));
-    EXPECT_EQ(checks(), 300);
+    std::vector<std::string> folders;
+    for (const Command& command : commands.commands()) folders.push_back(command.cwd);
+    EXPECT_EQ(folders.size(), 300);
+    EXPECT_TRUE(std::ranges::is_sorted(folders));
     scan();
     EXPECT_EQ(checks(), 300);
 }

@@ -106,6 +106,17 @@ TEST_F(Discovery, UnreadableFolderIsPassedOver) {
     chmod((folder / "locked").c_str(), 0700);
 }
 
+TEST_F(Discovery, RootThatCannotBeListedIsStillAProjectByItsManifest) {
+    folder.write("package.json", "{}");
+    folder.write("web/package.json", "{}");
+    chmod(folder.path().c_str(), 0111);
+    {
+        const WithoutRootRights ordinaryUser;
+        EXPECT_THAT(nodeProjects(), ElementsAre(folder.path()));
+    }
+    chmod(folder.path().c_str(), 0700);
+}
+
 TEST_F(Discovery, FolderThatIsNotThereHasNoProjects) {
     EXPECT_THAT(discoverProjects(folder / "gone", nodeManifestNames()), IsEmpty());
 }

@@ -188,6 +188,15 @@ TEST_F(Expo_Blocked, UpdateToTheExpectedVersionStays) {
               (ExpoMarkedUpdates{.updates = {router}}));
 }
 
+TEST_F(Expo_Blocked, UpdateThatItsRangeHoldsBackIsBlockedAllTheSame) {
+    DependencyUpdate constrained = router;
+    constrained.updateType = DependencyUpdateType::constrained;
+    const std::string words = "  expo-router@1.0.0 - expected version: ";
+    EXPECT_THAT(marked({constrained}, words + "~1.1.0").updates,
+                ElementsAre(blockedByExpo(constrained)));
+    EXPECT_THAT(marked({constrained}, words + "2.0.0").updates, ElementsAre(constrained));
+}
+
 TEST_F(Expo_Blocked, NamesAreComparedWithoutCaseAndOuterWhiteSpace) {
     const auto update = expoUpdate(" Expo-Router", "1.0.0", "2.0.0");
     EXPECT_THAT(marked({update}, "expo-router@1.0.0 - expected version: 1.9.0").updates,

@@ -51,6 +51,12 @@ TEST_F(DetectNodeManager, LockfilesCountInTheirOrder) {
     }
 }
 
+TEST_F(DetectNodeManager, LockfileOfNpmComesBeforeThatOfYarn) {
+    folder.write("yarn.lock", "");
+    folder.write("package-lock.json", "{}");
+    EXPECT_EQ(manager(), "npm");
+}
+
 TEST_F(DetectNodeManager, EachLockfileByItselfTellsItsManager) {
     for (const auto& [lockfile, expected] : std::vector<std::pair<std::string, std::string>>{
              {"bun.lock", "bun"}, {"npm-shrinkwrap.json", "npm"}}) {

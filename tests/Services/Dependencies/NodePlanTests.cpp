@@ -178,6 +178,17 @@ TEST_F(NodePlan_Packages, ConstrainedAndBlockedOnesAreNeverNamed) {
                 ElementsAre("npm update free, in the root"));
 }
 
+TEST_F(NodePlan_Pnpm, PeerOfExpoInTheRootGivesThreeStepsWithUpdatesAndTwoWithout) {
+    repo.write("package.json", R"({"peerDependencies": {"expo": "52"}})");
+    EXPECT_THAT(
+        stepsOf({.project = ".", .manager = "pnpm", .updates = {planned("a")}}),
+        ElementsAre("pnpm install, in the root", "npx expo install --fix --pnpm, in the root",
+                    "pnpm update a, in the root"));
+    EXPECT_THAT(
+        stepsOf({.project = ".", .manager = "pnpm"}),
+        ElementsAre("pnpm install, in the root", "npx expo install --fix --pnpm, in the root"));
+}
+
 TEST_F(NodePlan_Packages, AreSortedByBytesAndEachNamedOnce) {
     EXPECT_THAT(planOf({.project = ".",
                         .manager = "npm",

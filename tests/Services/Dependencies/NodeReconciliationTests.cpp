@@ -211,6 +211,12 @@ TEST(NodeSyncMessage, TwoPackagesAreNamed) {
               "sync.");
 }
 
+TEST(NodeSyncMessage, OfThreePackagesTwoAreNamedAndOneIsCounted) {
+    EXPECT_EQ(nodeSyncMessage({"a", "b", "c"}),
+              "Local install lags behind wanted versions for 3 package(s): a, b, +1 more. "
+              "Run install to sync.");
+}
+
 TEST(NodeSyncMessage, OfFourPackagesTwoAreNamedAndTheRestIsCounted) {
     EXPECT_EQ(nodeSyncMessage({"a", "b", "c", "d"}),
               "Local install lags behind wanted versions for 4 package(s): a, b, +2 more. Run "

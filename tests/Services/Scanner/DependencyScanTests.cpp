@@ -165,6 +165,7 @@ TEST_F(DependencyPass, DropsTheVerdictOnARepositoryThatWasRemovedMeanwhile) {
     EXPECT_THAT(harness.names(), IsEmpty());
     EXPECT_THAT(state().dependencyScanInProgressForRepo, IsEmpty());
     EXPECT_FALSE(state().dependencyScanInProgress);
+    EXPECT_EQ(state().dependencyScanCompletedCount, 0);
 }
 
 TEST_F(DependencyPass, PeriodicScanSupersedesOneThatIsStillRunning) {
@@ -312,6 +313,15 @@ TEST_F(RefreshDependenciesForRepo, OfARemovedRepositoryStoresNothingAndEnds) {
     harness.scanner->setRepositories({});
     harness.simulation.runUntilIdle();
     EXPECT_THAT(harness.names(), IsEmpty());
+    EXPECT_THAT(state().dependencyScanInProgressForRepo, IsEmpty());
+}
+
+TEST_F(RefreshDependenciesForRepo, QueuedOneOfARemovedRepositoryIsDropped) {
+    harness.scanner->refreshDependenciesForRepo("/r/a");
+    harness.scanner->refreshDependenciesForRepo("/r/a");
+    harness.scanner->setRepositories({});
+    harness.simulation.runUntilIdle();
+    EXPECT_EQ(harness.dependencyScans.size(), 1);
     EXPECT_THAT(state().dependencyScanInProgressForRepo, IsEmpty());
 }
 
