@@ -21,7 +21,7 @@ class SyncRun {
           path_(path),
           follower_(companion),
           observationOfLog_(companion.log().observe([this](std::string_view line) { note(line); })),
-          scanner_(companion.services(), follower_.optionsFor(onlyThis(path))) {}
+          scanner_(companion.services(), options(follower_, path)) {}
 
     void run() {
         const auto observation =
@@ -45,10 +45,16 @@ class SyncRun {
     }
 
   private:
-    static AppConfiguration onlyThis(const std::string& path) {
+    // Of this repository alone. What the pull means for its dependencies is left to `deps`: nobody
+    // waits here for package managers.
+    static RepositoryScanner::Options options(ScanFollower& follower, const std::string& path) {
         AppConfiguration configuration;
         configuration.repoPaths = {path};
-        return configuration;
+        RepositoryScanner::Options options = follower.optionsFor(std::move(configuration));
+        options.dependencyScanHandler = [](const std::string&, bool) {
+            return DependencySummary::notApplicable;
+        };
+        return options;
     }
 
     void follow(RepositoryScanner::Property property) {

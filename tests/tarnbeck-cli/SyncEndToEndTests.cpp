@@ -49,6 +49,17 @@ TEST_F(SyncEndToEnd, TakesAPathInsideTheRepository) {
     EXPECT_TRUE(isUpToDate());
 }
 
+TEST_F(SyncEndToEnd, DoesNotWaitForPackageManagers) {
+    folder.write("origin/.venv/bin/python3", "#!/bin/sh\ntouch \"$HOME/asked\"\nsleep 1000\n");
+    folder.write("origin/requirements.txt", "requests\n");
+    fs::permissions(folder / "origin/.venv/bin/python3", fs::perms::owner_all);
+    git(folder / "origin", {"add", "--all"});
+    git(folder / "origin", {"commit", "-q", "-m", "a project"});
+    EXPECT_EQ(sync(clone).status, 0);
+    EXPECT_TRUE(fs::exists(clone + "/.venv/bin/python3"));
+    EXPECT_FALSE(fs::exists(folder / "asked"));
+}
+
 TEST_F(SyncEndToEnd, LeavesADirtyRepositoryAlone) {
     std::ofstream(clone + "/file.txt") << "mine\n";
     const auto result = sync(clone);
