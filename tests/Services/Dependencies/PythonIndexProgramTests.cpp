@@ -14,6 +14,11 @@ class PythonProgram_Index : public PythonProgram {
     CommandResult index(const std::string& packages) {
         return runProgram(python, PythonPrograms::pypi, {packages});
     }
+    // The program with other last lines: all is defined, and nothing done yet.
+    static std::string instead(const std::string& lines) {
+        const std::string text(PythonPrograms::pypi);
+        return text.substr(0, text.rfind("main()")) + lines + "\n";
+    }
 };
 
 TEST_F(PythonProgram_Index, TellsThoseWhoseLatestReleaseIsAnotherInTheirOrder) {
@@ -119,9 +124,7 @@ TEST_F(PythonProgram_Index, RedirectionOutOfTlsIsNotFollowed) {
 
 TEST_F(PythonProgram_Index, WithoutSettingsItIsPipsOwn) {
     // What the program works with where nothing else is told, without asking it.
-    const std::string text(PythonPrograms::pypi);
-    const std::string program =
-        text.substr(0, text.rfind("main()")) + "print(default_index().partition('/')[0])\n";
+    const std::string program = instead("print(default_index().partition('/')[0])");
     for (const auto& interpreter : {python, makeEnvironment("repo/venv")}) {
         EXPECT_EQ(runProgram(interpreter, program, {}).stdout, "https:");
     }
@@ -139,6 +142,13 @@ TEST_F(PythonProgram_Index, NothingOfTheProjectIsImported) {
     }
     expectJson(index(R"([{"name": "a", "version": "1.0"}])"),
                R"([{"name": "a", "version": "1.0", "latest_version": "2.0"}])");
+}
+
+TEST_F(PythonProgram_Index, NothingOfAFolderThatIsInstalledInPlaceIsImported) {
+    installInPlace("repo/src");
+    file("src/pip/__init__.py", "print('imported'); raise SystemExit(3)");
+    EXPECT_EQ(runProgram(python, instead("print(default_index().partition('/')[0])"), {}).stdout,
+              "https:");
 }
 
 TEST_F(PythonProgram_Index, LookupsRunTenAtATime) {

@@ -48,6 +48,10 @@ class PythonProgram : public RealPythonFixture {
             run(python, {"-c", "import sysconfig; print(sysconfig.get_path('purelib'))"});
         return told.stdout.substr(folder_.path().size() + 1);
     }
+    // Lets the interpreter look for modules in this folder too, as an installation in place does.
+    void installInPlace(const std::string& folder) {
+        folder_.write(sitePackages() + "/project.pth", folder_.makeFolder(folder) + "\n");
+    }
     // A requirement file of the project, as the programs are told of it.
     std::string file(const std::string& name, const std::string& content) {
         return folder_.write("repo/" + name, content);

@@ -168,10 +168,24 @@ TEST_F(PythonProgram_Blocking, NothingOfTheProjectIsImported) {
                              "packaging/requirements.py", "pip/__init__.py", "pip/__main__.py"}) {
         file(name, "print('imported'); raise SystemExit(3)");
     }
-    // As after an installation in place.
-    folder_.write(sitePackages() + "/project.pth", project_ + "\n");
+    installInPlace("repo");
     expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
                                         "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, NothingOfAFolderThatIsInstalledInPlaceIsImported) {
+    installed("A", "1.0", {"B<2"});
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "print('imported'); raise SystemExit(3)");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, FolderOfTheProjectIsNotTakenForAPackagingThatIsMissing) {
+    python = makeEnvironmentWithoutPip("repo/venv");
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "raise SystemExit(3)");
+    EXPECT_EQ(blocking(updateOfB).terminationStatus, 1);
 }
 
 TEST_F(PythonProgram_Blocking, WhatIsInstalledOfPackagingComesBeforePipsOwn) {
@@ -230,6 +244,19 @@ TEST_F(PythonProgram_Origins, NothingOfTheProjectIsImported) {
         file(name, "print('imported'); raise SystemExit(3)");
     }
     expectJson(origins({"a"}, {file("requirements.txt", "a\n")}), R"({"a": "manifestDirect"})");
+}
+
+TEST_F(PythonProgram_Origins, NothingOfAFolderThatIsInstalledInPlaceIsImported) {
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "print('imported'); raise SystemExit(3)");
+    expectJson(origins({"a"}, {file("requirements.txt", "a\n")}), R"({"a": "manifestDirect"})");
+}
+
+TEST_F(PythonProgram_Origins, FolderOfTheProjectIsNotTakenForAPackagingThatIsMissing) {
+    python = makeEnvironmentWithoutPip("repo/venv");
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "raise SystemExit(3)");
+    EXPECT_EQ(origins({"a"}, {file("requirements.txt", "a\n")}).terminationStatus, 1);
 }
 
 }  // namespace
