@@ -6,11 +6,14 @@
 Prints its port and serves until it is killed; over TLS where a certificate is given. The packages
 stand in FOLDER/packages.json, an object from name to
 
-    {"releases": {"1.0": ["other<2", ...], ...}, "fault": "...", "delay": 100}
+    {"releases": {"1.0": ["other<2", ...], ...}, "fault": "...", "delay": 100, "among": 10}
 
 with what each release requires, the latest one last; a delay in milliseconds before each answer;
 and a fault: "silent" never answers, "500" and "404" are such answers, "garbage" is no JSON, and a
-text with "://" sends the client to that server. Each request is noted in FOLDER/requests.txt.
+text with "://" sends the client to that server. With "among", each request waits until it is one of
+so many that wait, or until there have been as many as there are packages; the most that waited at
+once stands in FOLDER/most-at-once.txt. Each request is noted in FOLDER/requests.txt, and its
+headers in FOLDER/headers.txt.
 """
 import hashlib
 import html
@@ -87,13 +90,37 @@ class Index:
         return self.packages.get(normalized(name), {})
 
 
+class Waiting:
+    """The requests that wait for others: one is let through whenever there are enough."""
+
+    def __init__(self):
+        self.changed = threading.Condition()
+        self.now = self.most = self.ever = 0
+
+    def wait(self, enough):
+        with self.changed:
+            self.now += 1
+            self.ever += 1
+            self.most = max(self.most, self.now)
+            (folder / "most-at-once.txt").write_text(str(self.most))
+            self.changed.notify_all()
+            self.changed.wait_for(
+                lambda: self.now >= enough or self.ever >= len(index.packages)
+            )
+            self.now -= 1
+
+
 class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
 
     def do_GET(self):
         with requests, open(folder / "requests.txt", "a") as file:
             file.write(f"{self.path} {self.headers['Accept']}\n")
+            with open(folder / "headers.txt", "a") as headers:
+                headers.writelines(f"{name}: {value}\n" for name, value in self.headers.items())
         behaviour = index.behaviour(self.path)
+        if "among" in behaviour:
+            waiting.wait(behaviour["among"])
         time.sleep(behaviour.get("delay", 0) / 1000)
         fault = behaviour.get("fault")
         if fault == "silent":
@@ -130,6 +157,7 @@ class Server(http.server.ThreadingHTTPServer):
 
 
 index = Index()
+waiting = Waiting()
 server = Server(("127.0.0.1", 0), Handler)
 if len(sys.argv) > 2:
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)

@@ -5,7 +5,7 @@
 PACKAGES is a JSON array of objects with "name" and "version". Prints one of those whose latest
 release is another, each with a "latest_version" besides. A lookup that fails loses its package.
 
-The index is the one that pip's settings name, or else pip's own.
+The index is the one that pip's settings name where it speaks TLS, or else pip's own.
 """
 import sys
 
@@ -79,6 +79,14 @@ def default_index():
     return PyPI.url
 
 
+def index_host(named):
+    """Of the index with this address, which counts only over TLS; otherwise of pip's own."""
+    index = urllib.parse.urlsplit(named)
+    if index.scheme != "https":
+        index = urllib.parse.urlsplit(default_index())
+    return index.netloc.rpartition("@")[2]
+
+
 def trust(certificates):
     """A context that trusts who pip would trust."""
     if certificates:
@@ -108,8 +116,7 @@ def opener(context):
 def main():
     packages = json.loads(sys.argv[1])
     chosen = settings()
-    index = chosen.get("index-url") or default_index()
-    host = urllib.parse.urlsplit(index).netloc.rpartition("@")[2]
+    host = index_host(chosen.get("index-url", ""))
     asked = opener(trust(chosen.get("cert")))
 
     def outdated(package):
