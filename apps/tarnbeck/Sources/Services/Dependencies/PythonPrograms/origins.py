@@ -16,8 +16,8 @@ import os
 
 
 def lies_in(folder, root):
-    folder, root = os.path.realpath(folder), os.path.realpath(root)
-    return os.path.commonpath([folder, root]) == root
+    folder, root = [os.path.join(os.path.realpath(path), "") for path in (folder, root)]
+    return folder.startswith(root)
 
 
 def is_of_project(folder):
