@@ -10,10 +10,10 @@ stand in FOLDER/packages.json, an object from name to
 
 with what each release requires, the latest one last; a delay in milliseconds before each answer;
 and a fault: "silent" never answers, "500" and "404" are such answers, "garbage" is no JSON, and a
-text with "://" sends the client to that server. With "among", each request waits until it is one of
-so many that wait, or until there have been as many as there are packages; the most that waited at
-once stands in FOLDER/most-at-once.txt. Each request is noted in FOLDER/requests.txt, and its
-headers in FOLDER/headers.txt.
+text with "://" sends the client to that server. With "among", the first
+requests wait until there are so many of them; how many there were (half a second later, too) stands
+in FOLDER/at-the-gate.txt. Each request is noted in FOLDER/requests.txt, and its headers in
+FOLDER/headers.txt.
 """
 import hashlib
 import html
@@ -90,24 +90,25 @@ class Index:
         return self.packages.get(normalized(name), {})
 
 
-class Waiting:
-    """The requests that wait for others: one is let through whenever there are enough."""
+class Gate:
+    """Opens for good once enough requests stand before it, and counts them."""
 
     def __init__(self):
         self.changed = threading.Condition()
-        self.now = self.most = self.ever = 0
+        self.waiting = 0
+        self.open = False
 
-    def wait(self, enough):
+    def enter(self, enough):
         with self.changed:
-            self.now += 1
-            self.ever += 1
-            self.most = max(self.most, self.now)
-            (folder / "most-at-once.txt").write_text(str(self.most))
+            if self.open:
+                return
+            self.waiting += 1
+            (folder / "at-the-gate.txt").write_text(str(self.waiting))
             self.changed.notify_all()
-            self.changed.wait_for(
-                lambda: self.now >= enough or self.ever >= len(index.packages)
-            )
-            self.now -= 1
+            self.changed.wait_for(lambda: self.waiting >= enough)
+            # That nobody else comes can only be told by waiting for it.
+            self.changed.wait_for(lambda: self.waiting > enough, timeout=0.5)
+            self.open = True
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -120,7 +121,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
                 headers.writelines(f"{name}: {value}\n" for name, value in self.headers.items())
         behaviour = index.behaviour(self.path)
         if "among" in behaviour:
-            waiting.wait(behaviour["among"])
+            gate.enter(behaviour["among"])
         time.sleep(behaviour.get("delay", 0) / 1000)
         fault = behaviour.get("fault")
         if fault == "silent":
@@ -157,7 +158,7 @@ class Server(http.server.ThreadingHTTPServer):
 
 
 index = Index()
-waiting = Waiting()
+gate = Gate()
 server = Server(("127.0.0.1", 0), Handler)
 if len(sys.argv) > 2:
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
