@@ -43,6 +43,10 @@ class PythonProgram : public RealPythonFixture {
         folder_.write(sitePackages() + "/" + name + "-" + version + ".dist-info/METADATA",
                       metadata);
     }
+    // Lets `pip inspect` print this, whatever is installed.
+    void pipInspects(const std::string& json) {
+        folder_.write(sitePackages() + "/pip/__main__.py", "print('''" + json + "''')\n");
+    }
     std::string sitePackages() {
         const auto told =
             run(python, {"-c", "import sysconfig; print(sysconfig.get_path('purelib'))"});

@@ -43,6 +43,22 @@ TEST_F(PythonProgram_Blocking, FirstPinOfAPackageCounts) {
                    "reason": "A 1.0 (pinned in requirements.txt) requires B<2"}]})");
 }
 
+TEST_F(PythonProgram_Blocking, FirstPinOfALineCounts) {
+    const std::string requirements = file("requirements.txt", "A >= 0.1, == 1.0.1, ==1.0,==0.9\n");
+    installed("A", "1.0.1", {"B<2"});
+    expectJson(blocking(updateOfB, {requirements}),
+               R"({"blocked": [{"package": "B", "latest": "2.1",
+                   "reason": "A 1.0.1 (pinned in requirements.txt) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, LaterPinsOfALineDoNotCount) {
+    const std::string requirements = file("requirements.txt", "A == 1.0.1, ==1.0,==0.9\n");
+    pipInspects(R"({"installed": [
+        {"metadata": {"name": "A", "version": "1.0", "requires_dist": ["B<2"]}},
+        {"metadata": {"name": "A", "version": "0.9", "requires_dist": ["B<2"]}}]})");
+    expectNothingBlocked(blocking(updateOfB, {requirements}));
+}
+
 TEST_F(PythonProgram_Blocking, PackageThatIsNotThePinnedOneForbidsNothing) {
     installed("A", "0.9", {"B<2"});
     expectNothingBlocked(blocking(updateOfB, {file("requirements.txt", "a==1.0\n")}));
@@ -127,6 +143,26 @@ TEST_F(PythonProgram_Blocking, FilesThatCanNotBeReadArePassedOver) {
                                     folder_ / "repo/gone.txt"}),
                R"({"blocked": [{"package": "B", "latest": "2.1",
                    "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, NameAndVersionBesideTheMetadataStandInForMissingOnes) {
+    pipInspects(R"({"installed": [
+        {"name": "Own", "version": "3.0", "metadata": {"requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "Own 3.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, NameAndVersionOfTheMetadataOutweighThoseBesideIt) {
+    pipInspects(R"({"installed": [{"name": "Own", "version": "3.0",
+        "metadata": {"name": "A", "version": "1.0", "requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, PackageWithoutAnyNameIsUnknownAndItsMissingVersionEmpty) {
+    pipInspects(R"({"installed": [{}, {"metadata": {"requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "unknown  (installed) requires B<2"}]})");
 }
 
 TEST_F(PythonProgram_Blocking, WithoutTargetsNothingIsBlocked) {
@@ -214,6 +250,20 @@ TEST_F(PythonProgram_Origins, AllFilesCountAndSoDoBareNames) {
     expectJson(origins({"A", "b", "c"}, {file("requirements.txt", "a\n"),
                                          file("requirements-dev.txt", "B[x] >= 1, <2  # why")}),
                R"({"a": "manifestDirect", "b": "manifestDirect", "c": "venvOnly"})");
+}
+
+TEST_F(PythonProgram_Origins, PackageThatIsBothNamedAndNeededIsNamed) {
+    installed("A", "1.0", {"b", "c"});
+    expectJson(origins({"b", "c"}, {file("requirements.txt", "a\nb\n")}),
+               R"({"b": "manifestDirect", "c": "manifestTransitive"})");
+}
+
+TEST_F(PythonProgram_Origins, NameBesideTheMetadataStandsInForAMissingOne) {
+    pipInspects(R"({"installed": [{}, {"metadata": {"requires_dist": ["d"]}},
+        {"name": "A", "metadata": {"requires_dist": ["b"]}},
+        {"name": "A", "metadata": {"name": "other", "requires_dist": ["c"]}}]})");
+    expectJson(origins({"b", "c", "d"}, {file("requirements.txt", "a\n")}),
+               R"({"b": "manifestTransitive", "c": "venvOnly", "d": "venvOnly"})");
 }
 
 TEST_F(PythonProgram_Origins, LineWhoseMarkerIsFalseDoesNotCount) {
