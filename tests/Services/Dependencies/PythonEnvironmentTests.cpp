@@ -44,35 +44,35 @@ TEST(PythonEnvironment_SearchPaths, EndAtTheTopmostFolder) {
                 ElementsAre("/a/b", "/a", "/"));
 }
 
-std::size_t distance(const std::string& executable, const std::string& project) {
+std::size_t distanceToProject(const std::string& executable, const std::string& project) {
     return pythonExecutableDistanceToProject({.executable = executable, .projectPath = project});
 }
 
 TEST(PythonEnvironment_Distance, OfTheProjectsOwnIsNothing) {
-    EXPECT_EQ(distance("/r/a/b/.venv/bin/python3", "/r/a/b"), 0);
-    EXPECT_EQ(distance("/r/a/b/venv/bin/python", "/r/a/b"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/b/.venv/bin/python3", "/r/a/b"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/b/venv/bin/python", "/r/a/b"), 0);
 }
 
 TEST(PythonEnvironment_Distance, OfTheParentsIsOneAndGrowsUpwards) {
-    EXPECT_EQ(distance("/r/a/.venv/bin/python3", "/r/a/b"), 1);
-    EXPECT_EQ(distance("/r/.venv/bin/python3", "/r/a/b"), 2);
-    EXPECT_EQ(distance("/.venv/bin/python3", "/r/a/b"), 3);
+    EXPECT_EQ(distanceToProject("/r/a/.venv/bin/python3", "/r/a/b"), 1);
+    EXPECT_EQ(distanceToProject("/r/.venv/bin/python3", "/r/a/b"), 2);
+    EXPECT_EQ(distanceToProject("/.venv/bin/python3", "/r/a/b"), 3);
 }
 
 TEST(PythonEnvironment_Distance, OfOneThatLiesDeeperHasNoSign) {
-    EXPECT_EQ(distance("/r/a/venv/bin/python", "/r"), 1);
-    EXPECT_EQ(distance("/r/a/b/c/venv/bin/python", "/r"), 3);
-    EXPECT_EQ(distance("/r/venv/bin/python", "/"), 1);
+    EXPECT_EQ(distanceToProject("/r/a/venv/bin/python", "/r"), 1);
+    EXPECT_EQ(distanceToProject("/r/a/b/c/venv/bin/python", "/r"), 3);
+    EXPECT_EQ(distanceToProject("/r/venv/bin/python", "/"), 1);
 }
 
 TEST(PythonEnvironment_Distance, SlashAtTheEndAndDotsCountForNothing) {
-    EXPECT_EQ(distance("/r/a/b/venv/bin/python3", "/r/a/b/"), 0);
-    EXPECT_EQ(distance("/r/a/venv/bin/python3", "/r/a/./x/../b/"), 1);
-    EXPECT_EQ(distance("/r/./x/../a/venv/bin/python3", "/r/a"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/b/venv/bin/python3", "/r/a/b/"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/venv/bin/python3", "/r/a/./x/../b/"), 1);
+    EXPECT_EQ(distanceToProject("/r/./x/../a/venv/bin/python3", "/r/a"), 0);
 }
 
 TEST(PythonEnvironment_Distance, ComparesDepthsAndNotNames) {
-    EXPECT_EQ(distance("/other/venv/bin/python3", "/r"), 0);
+    EXPECT_EQ(distanceToProject("/other/venv/bin/python3", "/r"), 0);
 }
 
 class PythonEnvironment_Score : public ::testing::Test {
