@@ -6,11 +6,14 @@
 Prints its port and serves until it is killed; over TLS where a certificate is given. The packages
 stand in FOLDER/packages.json, an object from name to
 
-    {"releases": {"1.0": ["other<2", ...], ...}, "fault": "...", "delay": 100}
+    {"releases": {"1.0": ["other<2", ...], ...}, "fault": "...", "delay": 100, "among": 10}
 
 with what each release requires, the latest one last; a delay in milliseconds before each answer;
 and a fault: "silent" never answers, "500" and "404" are such answers, "garbage" is no JSON, and a
-text with "://" sends the client to that server. Each request is noted in FOLDER/requests.txt.
+text with "://" sends the client to that server. With "among", the first
+requests wait until there are so many of them; how many there were (half a second later, too) stands
+in FOLDER/at-the-gate.txt. Each request is noted in FOLDER/requests.txt, and its headers in
+FOLDER/headers.txt.
 """
 import hashlib
 import html
@@ -87,13 +90,38 @@ class Index:
         return self.packages.get(normalized(name), {})
 
 
+class Gate:
+    """Opens for good once enough requests stand before it, and counts them."""
+
+    def __init__(self):
+        self.changed = threading.Condition()
+        self.waiting = 0
+        self.open = False
+
+    def enter(self, enough):
+        with self.changed:
+            if self.open:
+                return
+            self.waiting += 1
+            (folder / "at-the-gate.txt").write_text(str(self.waiting))
+            self.changed.notify_all()
+            self.changed.wait_for(lambda: self.waiting >= enough)
+            # That nobody else comes can only be told by waiting for it.
+            self.changed.wait_for(lambda: self.waiting > enough, timeout=0.5)
+            self.open = True
+
+
 class Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
 
     def do_GET(self):
         with requests, open(folder / "requests.txt", "a") as file:
             file.write(f"{self.path} {self.headers['Accept']}\n")
+            with open(folder / "headers.txt", "a") as headers:
+                headers.writelines(f"{name}: {value}\n" for name, value in self.headers.items())
         behaviour = index.behaviour(self.path)
+        if "among" in behaviour:
+            gate.enter(behaviour["among"])
         time.sleep(behaviour.get("delay", 0) / 1000)
         fault = behaviour.get("fault")
         if fault == "silent":
@@ -130,6 +158,7 @@ class Server(http.server.ThreadingHTTPServer):
 
 
 index = Index()
+gate = Gate()
 server = Server(("127.0.0.1", 0), Handler)
 if len(sys.argv) > 2:
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)

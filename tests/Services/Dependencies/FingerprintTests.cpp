@@ -135,7 +135,24 @@ TEST_F(Fingerprint, OfALinkIsTheTimeOfWhatItLeadsTo) {
     EXPECT_THAT(fingerprint({folder.path()}), HasSubstr("|node:package.json:missing|"));
 }
 
-TEST_F(Fingerprint, ChangesWithEachTrackedFileAndWithNoOther) {
+TEST_F(Fingerprint, ChangesWithEachTrackedFileOfPythonAndWithNoOther) {
+    // The folders stand before the files, so that only the files change anything.
+    folder.makeFolder(".venv");
+    folder.makeFolder("venv");
+    for (const auto name : trackedPythonFiles) {
+        const auto before = fingerprint({}, {folder.path()});
+        write(std::string(name), 9);
+        const auto written = fingerprint({}, {folder.path()});
+        EXPECT_NE(written, before) << name;
+        write(std::string(name), 10);
+        EXPECT_NE(fingerprint({}, {folder.path()}), written) << name;
+    }
+    const auto before = fingerprint({}, {folder.path()});
+    write("setup.py", 9);
+    EXPECT_EQ(fingerprint({}, {folder.path()}), before);
+}
+
+TEST_F(Fingerprint, ChangesWithEachTrackedFileOfNodeAndWithNoOther) {
     for (const auto name : trackedNodeFiles) {
         const auto before = fingerprint({folder.path()});
         write(std::string(name), 9);

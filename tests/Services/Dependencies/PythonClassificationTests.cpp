@@ -104,6 +104,16 @@ TEST_F(PythonClassification_Blocked, UpdateThatIsNamedChangesItsTypeAlone) {
                 ElementsAre("B==2.1 blocked: A 1.0 (installed) requires B<2"));
 }
 
+TEST_F(PythonClassification_Blocked, ReasonsThatReadAlikeAreToldOnceAndThoseOfAnotherCaseApart) {
+    // Three packages whose reasons come to one text, the last in another case.
+    const auto result = markedAfter(printed(R"({"blocked": [
+        {"package": "x", "latest": "y==z==1", "reason": "r"},
+        {"package": "x==y", "latest": "z==1", "reason": "r"},
+        {"package": "X==y==z", "latest": "1", "reason": "r"}]})"));
+    EXPECT_THAT(result.blockedReasons,
+                ElementsAre("X==y==z==1 blocked: r", "x==y==z==1 blocked: r"));
+}
+
 TEST_F(PythonClassification_Blocked, UpdateIsFoundByItsNormalizedName) {
     commands.answer("-c", printed(R"({"blocked": [{"package": "foo-bar", "latest": "2",
                                        "reason": "r"}]})"));

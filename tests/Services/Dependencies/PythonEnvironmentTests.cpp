@@ -44,19 +44,35 @@ TEST(PythonEnvironment_SearchPaths, EndAtTheTopmostFolder) {
                 ElementsAre("/a/b", "/a", "/"));
 }
 
-TEST(PythonEnvironment_Distance, CountsFoldersFromTheOneThatHoldsTheEnvironment) {
-    EXPECT_EQ(pythonExecutableDistanceToProject(
-                  {.executable = "/r/.venv/bin/python", .projectPath = "/r/a/b"}),
-              2);
-    EXPECT_EQ(pythonExecutableDistanceToProject(
-                  {.executable = "/r/a/b/venv/bin/python3", .projectPath = "/r/a/b/"}),
-              0);
+std::size_t distanceToProject(const std::string& executable, const std::string& project) {
+    return pythonExecutableDistanceToProject({.executable = executable, .projectPath = project});
 }
 
-TEST(PythonEnvironment_Distance, HasNoSign) {
-    EXPECT_EQ(pythonExecutableDistanceToProject(
-                  {.executable = "/r/a/b/c/venv/bin/python", .projectPath = "/r"}),
-              3);
+TEST(PythonEnvironment_Distance, OfTheProjectsOwnIsNothing) {
+    EXPECT_EQ(distanceToProject("/r/a/b/.venv/bin/python3", "/r/a/b"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/b/venv/bin/python", "/r/a/b"), 0);
+}
+
+TEST(PythonEnvironment_Distance, OfTheParentsIsOneAndGrowsUpwards) {
+    EXPECT_EQ(distanceToProject("/r/a/.venv/bin/python3", "/r/a/b"), 1);
+    EXPECT_EQ(distanceToProject("/r/.venv/bin/python3", "/r/a/b"), 2);
+    EXPECT_EQ(distanceToProject("/.venv/bin/python3", "/r/a/b"), 3);
+}
+
+TEST(PythonEnvironment_Distance, OfOneThatLiesDeeperHasNoSign) {
+    EXPECT_EQ(distanceToProject("/r/a/venv/bin/python", "/r"), 1);
+    EXPECT_EQ(distanceToProject("/r/a/b/c/venv/bin/python", "/r"), 3);
+    EXPECT_EQ(distanceToProject("/r/venv/bin/python", "/"), 1);
+}
+
+TEST(PythonEnvironment_Distance, SlashAtTheEndAndDotsCountForNothing) {
+    EXPECT_EQ(distanceToProject("/r/a/b/venv/bin/python3", "/r/a/b/"), 0);
+    EXPECT_EQ(distanceToProject("/r/a/venv/bin/python3", "/r/a/./x/../b/"), 1);
+    EXPECT_EQ(distanceToProject("/r/./x/../a/venv/bin/python3", "/r/a"), 0);
+}
+
+TEST(PythonEnvironment_Distance, ComparesDepthsAndNotNames) {
+    EXPECT_EQ(distanceToProject("/other/venv/bin/python3", "/r"), 0);
 }
 
 class PythonEnvironment_Score : public ::testing::Test {
@@ -198,7 +214,7 @@ TEST_F(PythonEnvironment_Detection, OfTwoParentsTheOneThatSatisfiesMoreIsTaken) 
     EXPECT_EQ(detected("a/b"), root);
 }
 
-TEST_F(PythonEnvironment_Detection, OfTwoParentsWithEqualScoresTheNearerIsTaken) {
+TEST_F(PythonEnvironment_Detection, ParentWithAnEqualScoreDoesNotReplaceANearerOne) {
     answer(addExecutable("venv/bin/python"), R"([{"name": "x", "version": "1"}])");
     const auto near = addExecutable("a/venv/bin/python");
     answer(near, R"([{"name": "x", "version": "2"}])");

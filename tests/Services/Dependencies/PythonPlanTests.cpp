@@ -106,6 +106,11 @@ TEST_F(PythonPlan_Packages, TwoAreCountedInThePluralAndSorted) {
               "Sync Python dependencies + upgrade 2 venv packages");
 }
 
+TEST_F(PythonPlan_Packages, OneThatIsToldTwiceStaysSo) {
+    EXPECT_THAT(installsOf({inEnvironment("b"), inEnvironment("a"), inEnvironment("b")}),
+                ElementsAre("--upgrade a b b"));
+}
+
 TEST_F(PythonPlan_Packages, UpgradeAloneIsAPlan) {
     EXPECT_EQ(planOf({inEnvironment("a")}).steps.size(), 1U);
 }

@@ -43,10 +43,18 @@ class PythonProgram : public RealPythonFixture {
         folder_.write(sitePackages() + "/" + name + "-" + version + ".dist-info/METADATA",
                       metadata);
     }
+    // Lets `pip inspect` print this, whatever is installed.
+    void pipInspects(const std::string& json) {
+        folder_.write(sitePackages() + "/pip/__main__.py", "print('''" + json + "''')\n");
+    }
     std::string sitePackages() {
         const auto told =
             run(python, {"-c", "import sysconfig; print(sysconfig.get_path('purelib'))"});
         return told.stdout.substr(folder_.path().size() + 1);
+    }
+    // Lets the interpreter look for modules in this folder too, as an installation in place does.
+    void installInPlace(const std::string& folder) {
+        folder_.write(sitePackages() + "/project.pth", folder_.makeFolder(folder) + "\n");
     }
     // A requirement file of the project, as the programs are told of it.
     std::string file(const std::string& name, const std::string& content) {

@@ -43,6 +43,22 @@ TEST_F(PythonProgram_Blocking, FirstPinOfAPackageCounts) {
                    "reason": "A 1.0 (pinned in requirements.txt) requires B<2"}]})");
 }
 
+TEST_F(PythonProgram_Blocking, FirstPinOfALineCounts) {
+    const std::string requirements = file("requirements.txt", "A >= 0.1, == 1.0.1, ==1.0,==0.9\n");
+    installed("A", "1.0.1", {"B<2"});
+    expectJson(blocking(updateOfB, {requirements}),
+               R"({"blocked": [{"package": "B", "latest": "2.1",
+                   "reason": "A 1.0.1 (pinned in requirements.txt) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, LaterPinsOfALineDoNotCount) {
+    const std::string requirements = file("requirements.txt", "A == 1.0.1, ==1.0,==0.9\n");
+    pipInspects(R"({"installed": [
+        {"metadata": {"name": "A", "version": "1.0", "requires_dist": ["B<2"]}},
+        {"metadata": {"name": "A", "version": "0.9", "requires_dist": ["B<2"]}}]})");
+    expectNothingBlocked(blocking(updateOfB, {requirements}));
+}
+
 TEST_F(PythonProgram_Blocking, PackageThatIsNotThePinnedOneForbidsNothing) {
     installed("A", "0.9", {"B<2"});
     expectNothingBlocked(blocking(updateOfB, {file("requirements.txt", "a==1.0\n")}));
@@ -129,6 +145,26 @@ TEST_F(PythonProgram_Blocking, FilesThatCanNotBeReadArePassedOver) {
                    "reason": "A 1.0 (installed) requires B<2"}]})");
 }
 
+TEST_F(PythonProgram_Blocking, NameAndVersionBesideTheMetadataStandInForMissingOnes) {
+    pipInspects(R"({"installed": [
+        {"name": "Own", "version": "3.0", "metadata": {"requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "Own 3.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, NameAndVersionOfTheMetadataOutweighThoseBesideIt) {
+    pipInspects(R"({"installed": [{"name": "Own", "version": "3.0",
+        "metadata": {"name": "A", "version": "1.0", "requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, PackageWithoutAnyNameIsUnknownAndItsMissingVersionEmpty) {
+    pipInspects(R"({"installed": [{}, {"metadata": {"requires_dist": ["B<2"]}}]})");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "unknown  (installed) requires B<2"}]})");
+}
+
 TEST_F(PythonProgram_Blocking, WithoutTargetsNothingIsBlocked) {
     expectNothingBlocked(blocking("[]"));
     expectNothingBlocked(blocking(R"([{"package": "", "latest": "1"}, {"package": "a"}])"));
@@ -168,10 +204,24 @@ TEST_F(PythonProgram_Blocking, NothingOfTheProjectIsImported) {
                              "packaging/requirements.py", "pip/__init__.py", "pip/__main__.py"}) {
         file(name, "print('imported'); raise SystemExit(3)");
     }
-    // As after an installation in place.
-    folder_.write(sitePackages() + "/project.pth", project_ + "\n");
+    installInPlace("repo");
     expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
                                         "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, NothingOfAFolderThatIsInstalledInPlaceIsImported) {
+    installed("A", "1.0", {"B<2"});
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "print('imported'); raise SystemExit(3)");
+    expectJson(blocking(updateOfB), R"({"blocked": [{"package": "B", "latest": "2.1",
+                                        "reason": "A 1.0 (installed) requires B<2"}]})");
+}
+
+TEST_F(PythonProgram_Blocking, FolderOfTheProjectIsNotTakenForAPackagingThatIsMissing) {
+    python = makeEnvironmentWithoutPip("repo/venv");
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "raise SystemExit(3)");
+    EXPECT_EQ(blocking(updateOfB).terminationStatus, 1);
 }
 
 TEST_F(PythonProgram_Blocking, WhatIsInstalledOfPackagingComesBeforePipsOwn) {
@@ -202,6 +252,20 @@ TEST_F(PythonProgram_Origins, AllFilesCountAndSoDoBareNames) {
                R"({"a": "manifestDirect", "b": "manifestDirect", "c": "venvOnly"})");
 }
 
+TEST_F(PythonProgram_Origins, PackageThatIsBothNamedAndNeededIsNamed) {
+    installed("A", "1.0", {"b", "c"});
+    expectJson(origins({"b", "c"}, {file("requirements.txt", "a\nb\n")}),
+               R"({"b": "manifestDirect", "c": "manifestTransitive"})");
+}
+
+TEST_F(PythonProgram_Origins, NameBesideTheMetadataStandsInForAMissingOne) {
+    pipInspects(R"({"installed": [{}, {"metadata": {"requires_dist": ["d"]}},
+        {"name": "A", "metadata": {"requires_dist": ["b"]}},
+        {"name": "A", "metadata": {"name": "other", "requires_dist": ["c"]}}]})");
+    expectJson(origins({"b", "c", "d"}, {file("requirements.txt", "a\n")}),
+               R"({"b": "manifestTransitive", "c": "venvOnly", "d": "venvOnly"})");
+}
+
 TEST_F(PythonProgram_Origins, LineWhoseMarkerIsFalseDoesNotCount) {
     expectJson(origins({"a", "b"}, {file("requirements.txt",
                                          "a ; sys_platform == 'win32'\n"
@@ -230,6 +294,19 @@ TEST_F(PythonProgram_Origins, NothingOfTheProjectIsImported) {
         file(name, "print('imported'); raise SystemExit(3)");
     }
     expectJson(origins({"a"}, {file("requirements.txt", "a\n")}), R"({"a": "manifestDirect"})");
+}
+
+TEST_F(PythonProgram_Origins, NothingOfAFolderThatIsInstalledInPlaceIsImported) {
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "print('imported'); raise SystemExit(3)");
+    expectJson(origins({"a"}, {file("requirements.txt", "a\n")}), R"({"a": "manifestDirect"})");
+}
+
+TEST_F(PythonProgram_Origins, FolderOfTheProjectIsNotTakenForAPackagingThatIsMissing) {
+    python = makeEnvironmentWithoutPip("repo/venv");
+    installInPlace("repo/src");
+    file("src/packaging/__init__.py", "raise SystemExit(3)");
+    EXPECT_EQ(origins({"a"}, {file("requirements.txt", "a\n")}).terminationStatus, 1);
 }
 
 }  // namespace

@@ -46,6 +46,14 @@ class PythonScan : public ::testing::Test {
         commands.answer("-m pip list --format=json", printed(onePackage));
         commands.answer(onePackage, result);
     }
+    // The same where only uv can list.
+    void indexSaysAfterUv(const CommandResult& result) {
+        addUv();
+        pipSays(failed(1));
+        uvSays(failed(1));
+        commands.answer("uv pip list --format=json", printed(onePackage));
+        commands.answer(onePackage, result);
+    }
     DependencyEcosystemResult scanned() {
         return scanPythonProject(tools, {.projectPath = project, .repoPath = repo});
     }
@@ -222,11 +230,7 @@ TEST_F(PythonScan_Index, IsAskedWithTheTrimmedListing) {
 }
 
 TEST_F(PythonScan_Index, UvListsWhatPipCanNot) {
-    addUv();
-    pipSays(failed(1));
-    uvSays(failed(1));
-    commands.answer("uv pip list --format=json", printed(onePackage));
-    commands.answer(onePackage, printed(oneUpdate));
+    indexSaysAfterUv(printed(oneUpdate));
     expectOneUpdate("uv");
     const Command& listing = commands.commands()[3];
     EXPECT_EQ(commandLine(listing),
@@ -259,6 +263,21 @@ TEST_F(PythonScan_Index, FailedProgramIsAnError) {
     pipSays(failed(1));
     indexSays(failed(1));
     expectVerdict(scanned(), "pip", DependencyHealth::error, "Could not check PyPI for updates");
+}
+
+TEST_F(PythonScan_Index, TimeoutAfterAListingOfUvIsAnErrorOfUv) {
+    indexSaysAfterUv({.terminationStatus = 15, .timedOut = true});
+    expectVerdict(scanned(), "uv", DependencyHealth::error, "Timeout checking PyPI for updates");
+}
+
+TEST_F(PythonScan_Index, FailedProgramAfterAListingOfUvIsAnErrorOfUv) {
+    indexSaysAfterUv(failed(1));
+    expectVerdict(scanned(), "uv", DependencyHealth::error, "Could not check PyPI for updates");
+}
+
+TEST_F(PythonScan_Index, SilentProgramAfterAListingOfUvIsUpToDateByUv) {
+    indexSaysAfterUv(printed(""));
+    expectVerdict(scanned(), "uv", DependencyHealth::upToDate, std::nullopt);
 }
 
 TEST_F(PythonScan_Index, ProgramThatCanNotBeLaunchedIsAnError) {

@@ -147,7 +147,7 @@ TEST_F(RealPython, ListingThatIsTooLongForAnArgumentIsAnError) {
     EXPECT_EQ(result.message, "Could not check PyPI for updates");
 }
 
-TEST_F(RealPython, ModulesOfTheProjectsNamedLikePythonsDoNoHarm) {
+TEST_F(RealPython, JsonAndPackagingOfTheProjectAreNotImported) {
     serve(threePackages);
     install(makeEnvironment(), {"Alpha==1.0", "beta==1.0"});
     folder_.write("repo/json.py", "raise SystemExit(3)");

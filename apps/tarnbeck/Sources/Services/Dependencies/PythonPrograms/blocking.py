@@ -8,14 +8,27 @@ Prints {"blocked": [{"package", "latest", "reason"}, ...]}; fails without a word
 import sys
 
 # The current folder is a user's project: nothing in it may be taken for a module, neither because
-# it comes first with -c, nor because the project is installed in place.
+# it comes first with -c, nor because the project, or a folder of it, is installed in place.
 sys.path[:] = [folder for folder in sys.path if folder]
 
 import os
 
-sys.path[:] = [folder for folder in sys.path if os.path.realpath(folder) != os.getcwd()]
+
+def lies_in(folder, root):
+    folder, root = [os.path.join(os.path.realpath(path), "") for path in (folder, root)]
+    return folder.startswith(root)
+
+
+def is_of_project(folder):
+    """Whether it lies in the project, but not in an environment or a Python that lies there."""
+    pythons = [root for root in (sys.prefix, sys.base_prefix) if lies_in(root, os.curdir)]
+    return lies_in(folder, os.curdir) and not any(lies_in(folder, root) for root in pythons)
+
+
+sys.path[:] = [folder for folder in sys.path if not is_of_project(folder)]
 
 import json
+import re
 import signal
 import subprocess
 
@@ -40,7 +53,7 @@ def parsed(text):
 
 
 def requirements_in(path):
-    """Those of a requirement file; none of one that can't be read."""
+    """Those of a requirement file, each with its line; none of one that can't be read."""
     try:
         with open(path, encoding="utf-8-sig") as file:
             lines = file.read().splitlines()
@@ -50,7 +63,7 @@ def requirements_in(path):
         line = line.partition("#")[0].strip()
         requirement = parsed(line) if line else None
         if requirement:
-            yield requirement
+            yield requirement, line
 
 
 def applies(requirement):
@@ -61,14 +74,21 @@ def applies(requirement):
         return False
 
 
+def first_pin(requirement, line):
+    """The exact version that is written first, or None: the clauses themselves have no order."""
+    exact = [clause.version for clause in requirement.specifier if clause.operator == "=="]
+    written = re.findall(r"==\s*([^\s,;)]+)", line)
+    return next((version for version in written if version in exact), None)
+
+
 def exact_pins(files):
     """From normalized name to version and file name; the first pin of a package counts."""
     pins = {}
     for path in files:
-        for requirement in requirements_in(path):
-            exact = [clause.version for clause in requirement.specifier if clause.operator == "=="]
-            if exact:
-                pin = (min(exact), os.path.basename(path))
+        for requirement, line in requirements_in(path):
+            version = first_pin(requirement, line)
+            if version:
+                pin = (version, os.path.basename(path))
                 pins.setdefault(normalized(requirement.name), pin)
     return pins
 

@@ -9,12 +9,24 @@ output.
 import sys
 
 # The current folder is a user's project: nothing in it may be taken for a module, neither because
-# it comes first with -c, nor because the project is installed in place.
+# it comes first with -c, nor because the project, or a folder of it, is installed in place.
 sys.path[:] = [folder for folder in sys.path if folder]
 
 import os
 
-sys.path[:] = [folder for folder in sys.path if os.path.realpath(folder) != os.getcwd()]
+
+def lies_in(folder, root):
+    folder, root = [os.path.join(os.path.realpath(path), "") for path in (folder, root)]
+    return folder.startswith(root)
+
+
+def is_of_project(folder):
+    """Whether it lies in the project, but not in an environment or a Python that lies there."""
+    pythons = [root for root in (sys.prefix, sys.base_prefix) if lies_in(root, os.curdir)]
+    return lies_in(folder, os.curdir) and not any(lies_in(folder, root) for root in pythons)
+
+
+sys.path[:] = [folder for folder in sys.path if not is_of_project(folder)]
 
 import json
 import signal

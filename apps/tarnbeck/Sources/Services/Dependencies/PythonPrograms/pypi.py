@@ -5,17 +5,29 @@
 PACKAGES is a JSON array of objects with "name" and "version". Prints one of those whose latest
 release is another, each with a "latest_version" besides. A lookup that fails loses its package.
 
-The index is the one that pip's settings name, or else pip's own.
+The index is the one that pip's settings name where it speaks TLS, or else pip's own.
 """
 import sys
 
 # The current folder is a user's project: nothing in it may be taken for a module, neither because
-# it comes first with -c, nor because the project is installed in place.
+# it comes first with -c, nor because the project, or a folder of it, is installed in place.
 sys.path[:] = [folder for folder in sys.path if folder]
 
 import os
 
-sys.path[:] = [folder for folder in sys.path if os.path.realpath(folder) != os.getcwd()]
+
+def lies_in(folder, root):
+    folder, root = [os.path.join(os.path.realpath(path), "") for path in (folder, root)]
+    return folder.startswith(root)
+
+
+def is_of_project(folder):
+    """Whether it lies in the project, but not in an environment or a Python that lies there."""
+    pythons = [root for root in (sys.prefix, sys.base_prefix) if lies_in(root, os.curdir)]
+    return lies_in(folder, os.curdir) and not any(lies_in(folder, root) for root in pythons)
+
+
+sys.path[:] = [folder for folder in sys.path if not is_of_project(folder)]
 
 import configparser
 import glob
@@ -67,6 +79,14 @@ def default_index():
     return PyPI.url
 
 
+def index_host(named):
+    """Of the index with this address, which counts only over TLS; otherwise of pip's own."""
+    index = urllib.parse.urlsplit(named)
+    if index.scheme != "https":
+        index = urllib.parse.urlsplit(default_index())
+    return index.netloc.rpartition("@")[2]
+
+
 def trust(certificates):
     """A context that trusts who pip would trust."""
     if certificates:
@@ -96,8 +116,7 @@ def opener(context):
 def main():
     packages = json.loads(sys.argv[1])
     chosen = settings()
-    index = chosen.get("index-url") or default_index()
-    host = urllib.parse.urlsplit(index).netloc.rpartition("@")[2]
+    host = index_host(chosen.get("index-url", ""))
     asked = opener(trust(chosen.get("cert")))
 
     def outdated(package):
