@@ -71,8 +71,8 @@ using Plan = std::variant<DependencyInstallPlan, PlanError>;
 
 // They read a few files. What was found constrained or blocked is never named in a plan.
 Plan nodePlan(const DependencyEcosystemResult& result, const ProjectPlace& place);
-// Where several environments may be the project's it runs their interpreters: it blocks then, and is
-// never to be called from the main thread.
+// Where several environments may be the project's it runs their interpreters: it blocks then, and
+// is never to be called from the main thread.
 Plan pythonPlan(const DependencyTools& tools, const DependencyEcosystemResult& result,
                 const ProjectPlace& place);
 

@@ -2,8 +2,8 @@
 #include <array>
 #include <utility>
 
-#include "DependencyScanner+PythonRequirements.h"
 #include "DependencyMarkers.h"
+#include "DependencyScanner+PythonRequirements.h"
 #include "DependencyVersion.h"
 #include "FileSystem.h"
 #include "RegularExpression.h"

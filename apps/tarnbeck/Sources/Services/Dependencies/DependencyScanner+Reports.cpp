@@ -3,8 +3,8 @@
 
 #include <fmt/format.h>
 
-#include "DependencyScanner+Reports.h"
 #include "DependencyMarkers.h"
+#include "DependencyScanner+Reports.h"
 #include "FileSystem.h"
 #include "Paths.h"
 #include "Text.h"
