@@ -24,7 +24,7 @@ void RepositoryScanner::scheduleDependencyScan(const std::vector<RepositorySnaps
 }
 
 // A superseded pass walks on to its end without doing anything.
-void RepositoryScanner::continueDependencyScan(std::shared_ptr<const DependencyPass> pass,
+void RepositoryScanner::continueDependencyScan(const std::shared_ptr<const DependencyPass>& pass,
                                                std::size_t index) {
     services_.loop.post(anchor_.guarded([pass, index](RepositoryScanner& self) {
         if (index < pass->paths.size()) return self.scanDependencies(pass, index);

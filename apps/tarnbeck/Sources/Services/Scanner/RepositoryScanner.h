@@ -299,7 +299,8 @@ class RepositoryScanner {
     };
     void scheduleDependencyScan(const std::vector<RepositorySnapshot>& repositories,
                                 int generation);
-    void continueDependencyScan(std::shared_ptr<const DependencyPass> pass, std::size_t index);
+    void continueDependencyScan(const std::shared_ptr<const DependencyPass>& pass,
+                                std::size_t index);
     void scanDependencies(const std::shared_ptr<const DependencyPass>& pass, std::size_t index);
     bool mayScanDependencies(const DependencyPass& pass, const std::string& path);
     void applyDependencyResult(const DependencyPass& pass, std::size_t index,
