@@ -37,7 +37,7 @@ class PythonClassification_Blocked : public PythonClassification {
         return markBlockedPythonUpdates(tools(), std::move(updates), environment());
     }
     MarkedPythonUpdates markedAfter(const CommandResult& answer) {
-        commands.answer("-c", answer);
+        commands.answer(" -c ", answer);
         return marked({pythonUpdate("b", "1.0", "2.1")});
     }
     void expectUnchanged(const MarkedPythonUpdates& result) {
@@ -50,7 +50,7 @@ class PythonClassification_Origins : public PythonClassification {
   protected:
     PythonOriginMap originsAfter(const CommandResult& answer) {
         project.write("requirements.txt", "");
-        commands.answer("-c", answer);
+        commands.answer(" -c ", answer);
         return classifyPythonUpdateOrigins(tools(), {pythonUpdate("b", "1.0", "2.1")},
                                            environment());
     }
@@ -93,7 +93,7 @@ TEST_F(PythonClassification_Blocked, ProgramGetsTheRequirementFilesToo) {
 }
 
 TEST_F(PythonClassification_Blocked, UpdateThatIsNamedChangesItsTypeAlone) {
-    commands.answer("-c", printed(R"({"blocked": [{"package": "B", "latest": "2.1",
+    commands.answer(" -c ", printed(R"({"blocked": [{"package": "B", "latest": "2.1",
                                        "reason": "A 1.0 (installed) requires B<2"}]})"));
     const auto result =
         marked({pythonUpdate("b", "1.0", "2.1", direct), pythonUpdate("c", "1", "2")});
@@ -115,7 +115,7 @@ TEST_F(PythonClassification_Blocked, ReasonsThatReadAlikeAreToldOnceAndThoseOfAn
 }
 
 TEST_F(PythonClassification_Blocked, UpdateIsFoundByItsNormalizedName) {
-    commands.answer("-c", printed(R"({"blocked": [{"package": "foo-bar", "latest": "2",
+    commands.answer(" -c ", printed(R"({"blocked": [{"package": "foo-bar", "latest": "2",
                                        "reason": "r"}]})"));
     const auto result = marked({pythonUpdate("Foo_Bar", "1", "2")});
     EXPECT_EQ(result.updates.front().updateType, DependencyUpdateType::blocked);
@@ -158,7 +158,7 @@ TEST_F(PythonClassification_Blocked, UnreadableAnswerChangesNothing) {
 TEST_F(PythonClassification_Blocked, ProjectWhosePathIsNotUtf8ChangesNothing) {
     const std::string folder = project.makeFolder("caf\xE9");
     project.write("caf\xE9/requirements.txt", "");
-    commands.answer("-c", printed(R"({"blocked": []})"));
+    commands.answer(" -c ", printed(R"({"blocked": []})"));
     expectUnchanged(markBlockedPythonUpdates(
         tools(), {pythonUpdate("b", "1.0", "2.1")},
         {.pythonExecutable = "/r/venv/bin/python", .projectPath = folder}));

@@ -33,7 +33,7 @@ class PythonScan : public ::testing::Test {
         return path;
     }
     // Nothing is blocked, and all is of the environment.
-    void answerPrograms() { commands.answer("-c", printed(R"({"blocked": []})")); }
+    void answerPrograms() { commands.answer(" -c ", printed(R"({"blocked": []})")); }
     void addUv() { tools.uvCandidates = {folder / "no-uv", makeExecutable("bin/uv")}; }
     void pipSays(const CommandResult& result) {
         commands.answer("-m pip list --outdated --format=json", result);
@@ -318,7 +318,7 @@ TEST_F(PythonScan_Verdict, DriftAloneNeedsNoSync) {
 
 TEST_F(PythonScan_Verdict, OnlyBlockedUpdatesAreConstraints) {
     pipSays(printed(oneUpdate));
-    commands.answer("-c", printed(R"({"blocked": [{"package": "a", "latest": "2.0",
+    commands.answer(" -c ", printed(R"({"blocked": [{"package": "a", "latest": "2.0",
                                        "reason": "B 1 (installed) requires a<2"}]})"));
     const auto result = scanned();
     EXPECT_EQ(result.status, DependencyHealth::constraints);
@@ -329,7 +329,7 @@ TEST_F(PythonScan_Verdict, OnlyBlockedUpdatesAreConstraints) {
 TEST_F(PythonScan_Verdict, OneUpdateThatIsNotBlockedIsAvailable) {
     pipSays(printed(R"([{"name": "a", "version": "1", "latest": "2"},
                         {"name": "b", "version": "1", "latest": "2"}])"));
-    commands.answer("-c", printed(R"({"blocked": [{"package": "a", "latest": "2",
+    commands.answer(" -c ", printed(R"({"blocked": [{"package": "a", "latest": "2",
                                        "reason": "r"}]})"));
     EXPECT_EQ(scanned().status, DependencyHealth::updatesAvailable);
 }
