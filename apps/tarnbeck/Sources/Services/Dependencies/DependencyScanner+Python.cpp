@@ -64,11 +64,8 @@ DependencyEcosystemResult pythonResult(std::string project, std::string manager,
 
 DependencyHealth pythonHealth(const std::vector<DependencyUpdate>& updates) {
     if (updates.empty()) return DependencyHealth::upToDate;
-    const bool canBeTaken = std::ranges::any_of(updates, [](const DependencyUpdate& update) {
-        return update.updateType != DependencyUpdateType::constrained &&
-               update.updateType != DependencyUpdateType::blocked;
-    });
-    return canBeTaken ? DependencyHealth::updatesAvailable : DependencyHealth::constraints;
+    const bool anyCanBeTaken = std::ranges::any_of(updates, &DependencyUpdate::isActionable);
+    return anyCanBeTaken ? DependencyHealth::updatesAvailable : DependencyHealth::constraints;
 }
 
 // The verdict that follows from what some tool lists as outdated.
