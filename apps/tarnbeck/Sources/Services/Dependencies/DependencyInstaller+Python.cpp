@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <utility>
 
@@ -7,14 +6,13 @@
 
 #include "DependencyInstaller.h"
 #include "DependencyScanner+Python.h"
+#include "DependencyScanner+PythonClassification.h"
 #include "FileSystem.h"
+#include "Paths.h"
 #include "Text.h"
 
 namespace tarnbeck::DependencyInstaller {
 namespace {
-
-constexpr auto requirementFiles = std::to_array<std::string_view>(
-    {"requirements.txt", "requirements-dev.txt", "requirements-housekeeping.txt"});
 
 // "uv pip install --python PYTHON …" or "PYTHON -m pip install …".
 DependencyInstallStep pipInstall(const PythonStepTools& tools, std::vector<std::string> what) {
@@ -32,10 +30,8 @@ DependencyInstallStep pipInstall(const PythonStepTools& tools, std::vector<std::
 // The steps that bring the environment to what the project's own files ask for.
 std::vector<DependencyInstallStep> manifestSteps(const PythonStepTools& tools) {
     std::vector<DependencyInstallStep> steps;
-    for (const std::string_view file : requirementFiles) {
-        if (exists(fmt::format("{}/{}", tools.cwd, file))) {
-            steps.push_back(pythonInstallStep(tools, std::string(file)));
-        }
+    for (const std::string& file : DependencyScanner::pythonConstraintFiles(tools.cwd)) {
+        steps.push_back(pythonInstallStep(tools, std::string(lastPathComponent(file))));
     }
     if (steps.empty() && exists(tools.cwd + "/pyproject.toml")) {
         steps.push_back(pythonEditableInstallStep(tools));
