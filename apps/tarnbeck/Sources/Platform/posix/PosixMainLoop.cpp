@@ -2,32 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <csignal>
-#include <cstdint>
 #include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include "ArrivedSignals.h"
 #include "Pipe.h"
 
 namespace tarnbeck {
 namespace {
-
-constexpr int highestSignal = 64;
-std::atomic<int> signalWakeDescriptor{-1};
-std::atomic<std::uint64_t> signalsArrived{0};
-
-void noteSignal(int signal) {
-    const int error = errno;
-    signalsArrived.fetch_or(std::uint64_t{1} << (signal - 1));
-    const char byte = 0;
-    // A full pipe wakes the loop just as well.
-    [[maybe_unused]] const ssize_t written = write(signalWakeDescriptor, &byte, 1);
-    errno = error;
-}
 
 void makeNonBlocking(const FileDescriptor& descriptor) {
     fcntl(descriptor.get(), F_SETFL, fcntl(descriptor.get(), F_GETFL) | O_NONBLOCK);
@@ -44,8 +29,7 @@ PosixMainLoop::PosixMainLoop() {
 }
 
 PosixMainLoop::~PosixMainLoop() {
-    int mine = wakeWrite_.get();
-    signalWakeDescriptor.compare_exchange_strong(mine, -1);
+    stopWakingFor(wakeWrite_.get());
 }
 
 WallTime PosixMainLoop::wallNow() const {
@@ -65,27 +49,20 @@ void PosixMainLoop::post(Task task) {
 }
 
 Timer PosixMainLoop::after(std::chrono::nanoseconds delay, Task task) {
-    auto pending = std::make_shared<Task>(std::move(task));
-    timers_.emplace(steadyNow() + delay, pending);
-    return Timer(std::move(pending));
+    return timers_.add(steadyNow() + delay, std::move(task));
 }
 
 void PosixMainLoop::onSignals(std::initializer_list<int> signals,
                               std::function<void(int)> handler) {
     signalHandler_ = std::move(handler);
-    signalWakeDescriptor = wakeWrite_.get();
-    struct sigaction action {};
-    action.sa_handler = noteSignal;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = 0;  // a write that is held up by its reader must not hold up the signal
-    for (const int signal : signals) sigaction(signal, &action, nullptr);
+    noteSignals(signals, wakeWrite_.get());
 }
 
 void PosixMainLoop::run() {
     while (!stopped_) {
         runSignalled();
         runPosted();
-        runDueTimers();
+        timers_.runDue(steadyNow());
         if (!stopped_) sleepUntilWoken();
     }
     stopped_ = false;
@@ -105,26 +82,14 @@ void PosixMainLoop::runPosted() {
     for (; !tasks.empty(); tasks.pop_front()) tasks.front()();
 }
 
-void PosixMainLoop::runDueTimers() {
-    const SteadyTime now = steadyNow();
-    while (!timers_.empty() && timers_.begin()->first <= now) {
-        const auto pending = timers_.extract(timers_.begin()).mapped();
-        const Task task = std::exchange(*pending, nullptr);
-        if (task) task();
-    }
-}
-
 void PosixMainLoop::runSignalled() {
-    const std::uint64_t arrived = signalsArrived.exchange(0);
-    for (int signal = 1; arrived != 0 && signal <= highestSignal; ++signal) {
-        if ((arrived >> (signal - 1)) & 1) signalHandler_(signal);
-    }
+    for (const int signal : takeArrivedSignals()) signalHandler_(signal);
 }
 
 int PosixMainLoop::pollTimeout() {
-    while (!timers_.empty() && !*timers_.begin()->second) timers_.erase(timers_.begin());
-    if (timers_.empty()) return -1;
-    const auto remaining = timers_.begin()->first - steadyNow();
+    const auto due = timers_.nextDue();
+    if (!due) return -1;
+    const auto remaining = *due - steadyNow();
     constexpr auto longest = std::chrono::hours(24);
     const auto rounded = std::chrono::ceil<std::chrono::milliseconds>(
         std::min<SteadyTime::duration>(std::max<SteadyTime::duration>(remaining, {}), longest));

@@ -6,12 +6,11 @@
 #include <deque>
 #include <functional>
 #include <initializer_list>
-#include <map>
-#include <memory>
 #include <mutex>
 
 #include "FileDescriptor.h"
 #include "MainLoop.h"
+#include "PendingTimers.h"
 
 namespace tarnbeck {
 
@@ -36,7 +35,6 @@ class PosixMainLoop : public MainLoop {
 
   private:
     void runPosted();
-    void runDueTimers();
     void runSignalled();
     int pollTimeout();
     void sleepUntilWoken();
@@ -46,7 +44,7 @@ class PosixMainLoop : public MainLoop {
     std::mutex mutex_;
     std::deque<Task> posted_;  // guarded by `mutex_`
     bool asleep_ = false;      // guarded by `mutex_`: a post must wake the loop
-    std::multimap<SteadyTime, std::shared_ptr<Task>> timers_;
+    PendingTimers timers_;
     std::function<void(int)> signalHandler_;
     std::atomic<bool> stopped_{false};
 };
