@@ -1,11 +1,10 @@
 // A `RowAction` as QML sees it: what is drawn, and nothing of what it refers to.
 #pragma once
 
-#include <vector>
-
 #include <QObject>
 #include <QString>
 #include <QVariantList>
+#include <vector>
 
 #include "Row.h"
 

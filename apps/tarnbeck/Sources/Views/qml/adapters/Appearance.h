@@ -1,9 +1,8 @@
 // Whether the system wants a dark or a light appearance, and less motion. Main thread.
 #pragma once
 
-#include <memory>
-
 #include <QObject>
+#include <memory>
 
 namespace tarnbeck {
 
@@ -19,7 +18,7 @@ class Appearance : public QObject {
     bool isDark() const { return isDark_; }
     bool reducesMotion() const { return reducesMotion_; }
 
-  signals:
+  Q_SIGNALS:
     void changed();
 
   private:

@@ -1,13 +1,12 @@
 // A list model that goes from one list to another by the fewest steps. Main thread.
 #pragma once
 
+#include <QAbstractListModel>
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <utility>
 #include <vector>
-
-#include <QAbstractListModel>
 
 #include "ListEdits.h"
 
@@ -61,7 +60,7 @@ class EditedListModel : public QAbstractListModel {
                     for (std::size_t each = 0; each < edit.count; ++each) {
                         update(items[edit.to + each], edit.to + each);
                     }
-                    emit dataChanged(index(target), index(target + more));
+                    Q_EMIT dataChanged(index(target), index(target + more));
                     break;
             }
         }

@@ -77,17 +77,17 @@ void MainViewAdapter::refresh() {
     const MainViewContent before = std::exchange(shown_, view_->content());
     if (before.strip != shown_.strip) {
         takeStrip();
-        emit stripChanged();
+        Q_EMIT stripChanged();
     }
     if (before.area != shown_.area) {
         takeArea();
-        emit areaChanged();
+        Q_EMIT areaChanged();
     }
-    if (before.statusBar != shown_.statusBar) emit statusBarChanged();
-    if (before.toast != shown_.toast) emit toastChanged();
-    if (before.alert != shown_.alert) emit alertChanged();
-    if (before.backdropOpacity != shown_.backdropOpacity) emit backdropOpacityChanged();
-    if (before.splitViewResetToken != shown_.splitViewResetToken) emit splitViewReset();
+    if (before.statusBar != shown_.statusBar) Q_EMIT statusBarChanged();
+    if (before.toast != shown_.toast) Q_EMIT toastChanged();
+    if (before.alert != shown_.alert) Q_EMIT alertChanged();
+    if (before.backdropOpacity != shown_.backdropOpacity) Q_EMIT backdropOpacityChanged();
+    if (before.splitViewResetToken != shown_.splitViewResetToken) Q_EMIT splitViewReset();
 }
 
 void MainViewAdapter::takeStrip() {
@@ -119,7 +119,9 @@ void MainViewAdapter::takeArea() {
                shown_.area);
 }
 
-QVariantList MainViewAdapter::pills() const { return statusPillValues(shown_.statusBar.pills); }
+QVariantList MainViewAdapter::pills() const {
+    return statusPillValues(shown_.statusBar.pills);
+}
 QVariantList MainViewAdapter::detailPills() const {
     return statusPillValues(shown_.statusBar.detailPills);
 }
@@ -137,17 +139,18 @@ QVariantMap MainViewAdapter::alert() const {
     if (!shown_.alert) return {};
     QVariantList buttons;
     for (const ViewAlert::Button& button : shown_.alert->buttons) {
-        buttons.append(
-            QVariantMap{{"title", qtText(button.title)},
-                        {"isDestructive", button.role == ViewAlert::Role::destructive},
-                        {"isCancel", button.role == ViewAlert::Role::cancel}});
+        buttons.append(QVariantMap{{"title", qtText(button.title)},
+                                   {"isDestructive", button.role == ViewAlert::Role::destructive},
+                                   {"isCancel", button.role == ViewAlert::Role::cancel}});
     }
     return {{"title", qtText(shown_.alert->title)},
             {"message", qtText(shown_.alert->message)},
             {"buttons", buttons}};
 }
 
-void MainViewAdapter::setSearchText(const QString& text) { view_->setSearchText(utf8Text(text)); }
+void MainViewAdapter::setSearchText(const QString& text) {
+    view_->setSearchText(utf8Text(text));
+}
 
 void MainViewAdapter::answerAlert(int button) {
     view_->answerAlert(static_cast<std::size_t>(button));

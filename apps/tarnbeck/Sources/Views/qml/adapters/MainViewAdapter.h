@@ -1,11 +1,12 @@
 // The main view as QML binds to it. Main thread; owns its view.
 #pragma once
 
-#include <memory>
-
 #include <QObject>
 #include <QVariantList>
 #include <QVariantMap>
+#include <memory>
+
+#include <QtQml/qqmlregistration.h>
 
 #include "MainView.h"
 #include "SectionListModel.h"
@@ -14,6 +15,8 @@ namespace tarnbeck {
 
 class MainViewAdapter : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It belongs to its window")
     Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)  // empty: there is none
     Q_PROPERTY(QString area READ area NOTIFY areaChanged)  // "empty", "noMatch", "list", "columns"
     Q_PROPERTY(QVariantMap areaTexts READ areaTexts NOTIFY areaChanged)
@@ -54,7 +57,7 @@ class MainViewAdapter : public QObject {
     Q_INVOKABLE void answerAlert(int button);
     Q_INVOKABLE void setVisible(bool visible) { view_->setVisible(visible); }
 
-  signals:
+  Q_SIGNALS:
     void stripChanged();
     void areaChanged();
     void statusBarChanged();

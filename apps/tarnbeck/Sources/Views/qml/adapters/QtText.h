@@ -2,12 +2,11 @@
 // such a text is for showing only, and never comes back.
 #pragma once
 
+#include <QString>
+#include <QStringList>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <QString>
-#include <QStringList>
 
 #include "StatusColor.h"
 
@@ -17,7 +16,9 @@ inline QString qtText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-inline QString qtText(StatusColor color) { return qtText(rawValue(color)); }
+inline QString qtText(StatusColor color) {
+    return qtText(rawValue(color));
+}
 
 inline QStringList qtTexts(const std::vector<std::string>& texts) {
     QStringList result;
@@ -26,6 +27,8 @@ inline QStringList qtTexts(const std::vector<std::string>& texts) {
     return result;
 }
 
-inline std::string utf8Text(const QString& text) { return text.toStdString(); }
+inline std::string utf8Text(const QString& text) {
+    return text.toStdString();
+}
 
 }  // namespace tarnbeck

@@ -47,31 +47,56 @@ QString chevronOf(const Row& row) {
 
 QVariant valueOf(const Row& row, int role) {
     switch (role) {
-        case kind: return static_cast<int>(row.kind);
-        case depth: return row.depth;
-        case chevron: return chevronOf(row);
-        case symbol: return qtText(row.symbol);
-        case symbolColor: return qtText(row.symbolColor);
-        case isLoading: return row.isLoading;
-        case status: return qtText(row.status);
-        case statusColor: return qtText(row.statusColor);
-        case reference: return qtText(row.reference);
-        case title: return qtText(row.title);
-        case countLabel: return qtText(row.countLabel);
-        case isTitleSecondary: return row.isTitleSecondary;
-        case isMonospaced: return row.isMonospaced;
-        case isElidedInMiddle: return row.isElidedInMiddle;
-        case isTitleHighlighted: return row.isTitleHighlighted;
-        case metaStatus: return qtText(row.metadata.status.value_or(std::string()));
-        case metaStatusColor: return qtText(row.metadata.statusColor);
-        case metaLabels: return qtTexts(row.metadata.labels).join(QStringLiteral(", "));
-        case help: return qtText(row.help);
-        case isClickable: return row.click.has_value();
-        case opensReference: return row.click && row.click->kind == RowActionKind::openUrl;
-        case actions: return actionValues(row.actions);
-        case accessibleName: return qtText(row.accessibleName);
-        case rowHeight: return static_cast<int>(RepositorySectionLayout::heightOf(row.kind));
-        default: return {};
+        case kind:
+            return static_cast<int>(row.kind);
+        case depth:
+            return row.depth;
+        case chevron:
+            return chevronOf(row);
+        case symbol:
+            return qtText(row.symbol);
+        case symbolColor:
+            return qtText(row.symbolColor);
+        case isLoading:
+            return row.isLoading;
+        case status:
+            return qtText(row.status);
+        case statusColor:
+            return qtText(row.statusColor);
+        case reference:
+            return qtText(row.reference);
+        case title:
+            return qtText(row.title);
+        case countLabel:
+            return qtText(row.countLabel);
+        case isTitleSecondary:
+            return row.isTitleSecondary;
+        case isMonospaced:
+            return row.isMonospaced;
+        case isElidedInMiddle:
+            return row.isElidedInMiddle;
+        case isTitleHighlighted:
+            return row.isTitleHighlighted;
+        case metaStatus:
+            return qtText(row.metadata.status.value_or(std::string()));
+        case metaStatusColor:
+            return qtText(row.metadata.statusColor);
+        case metaLabels:
+            return qtTexts(row.metadata.labels).join(QStringLiteral(", "));
+        case help:
+            return qtText(row.help);
+        case isClickable:
+            return row.click.has_value();
+        case opensReference:
+            return row.click && row.click->kind == RowActionKind::openUrl;
+        case actions:
+            return actionValues(row.actions);
+        case accessibleName:
+            return qtText(row.accessibleName);
+        case rowHeight:
+            return static_cast<int>(RepositorySectionLayout::heightOf(row.kind));
+        default:
+            return {};
     }
 }
 
@@ -87,8 +112,8 @@ void RowModel::setRows(const std::vector<Row>& rows) {
     for (const Held& held : rows_) before.push_back({&held.row});
     std::vector<RowReference> after;
     for (const Row& row : rows) after.push_back({&row});
-    const std::vector<ListEdit> edits =
-        listEdits(before, after, [](RowReference each) -> const std::string& { return each.row->id; });
+    const std::vector<ListEdit> edits = listEdits(
+        before, after, [](RowReference each) -> const std::string& { return each.row->id; });
     replay(
         rows_, edits,
         [&](std::size_t index) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <QtQml/qqmlregistration.h>
+
 #include "EditedListModel.h"
 #include "Row.h"
 
@@ -12,6 +14,8 @@ namespace tarnbeck {
 
 class RowModel : public EditedListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It belongs to its view")
 
   public:
     using EditedListModel::EditedListModel;

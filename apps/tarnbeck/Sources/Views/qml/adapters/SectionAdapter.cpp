@@ -38,18 +38,28 @@ void SectionAdapter::refresh(std::uint64_t revision) {
     if (!isHeaderChanged) return;
     actions_ = actionValues(content_->header.actions);
     badges_ = badgeValues(content_->header.badges);
-    emit headerChanged();
+    Q_EMIT headerChanged();
 }
 
-QString SectionAdapter::statusIcon() const { return qtText(header().statusIcon); }
-QString SectionAdapter::statusColor() const { return qtText(header().statusColor); }
-QString SectionAdapter::name() const { return qtText(header().name); }
+QString SectionAdapter::statusIcon() const {
+    return qtText(header().statusIcon);
+}
+QString SectionAdapter::statusColor() const {
+    return qtText(header().statusColor);
+}
+QString SectionAdapter::name() const {
+    return qtText(header().name);
+}
 QString SectionAdapter::summary() const {
     return qtTexts(header().summaryParts).join(QStringLiteral(" · "));
 }
-QString SectionAdapter::accessibleName() const { return qtText(header().accessibleName); }
+QString SectionAdapter::accessibleName() const {
+    return qtText(header().accessibleName);
+}
 
-void SectionAdapter::toggle() { view_.toggleSection(path_); }
+void SectionAdapter::toggle() {
+    view_.toggleSection(path_);
+}
 
 void SectionAdapter::click(int rowKey) {
     const Row* row = rows_.rowOf(rowKey);

@@ -2,12 +2,13 @@
 // listed.
 #pragma once
 
+#include <QObject>
+#include <QVariantList>
 #include <cstdint>
 #include <memory>
 #include <string>
 
-#include <QObject>
-#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
 
 #include "MainView.h"
 #include "RowModel.h"
@@ -16,6 +17,8 @@ namespace tarnbeck {
 
 class SectionAdapter : public QObject {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It belongs to its window")
     Q_PROPERTY(bool canCollapse READ canCollapse NOTIFY headerChanged)
     Q_PROPERTY(bool isExpanded READ isExpanded NOTIFY headerChanged)
     Q_PROPERTY(QString statusIcon READ statusIcon NOTIFY headerChanged)
@@ -55,7 +58,7 @@ class SectionAdapter : public QObject {
     Q_INVOKABLE void perform(int rowKey, int kind, int occurrence);
     Q_INVOKABLE void performHeader(int kind, int occurrence);
 
-  signals:
+  Q_SIGNALS:
     void headerChanged();
     void scrollPositionChanged();
 

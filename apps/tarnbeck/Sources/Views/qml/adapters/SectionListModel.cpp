@@ -1,5 +1,6 @@
 #include "SectionListModel.h"
 
+#include <QQmlEngine>
 #include <algorithm>
 #include <unordered_set>
 #include <utility>
@@ -29,7 +30,7 @@ void SectionListModel::setList(const SectionList* list) {
     place();
     show(inSight());
     dropAdaptersOfGonePaths();
-    emit countChanged();
+    Q_EMIT countChanged();
 }
 
 void SectionListModel::setViewport(double width, double top, double height) {
@@ -59,7 +60,7 @@ void SectionListModel::place() {
         }
         height = layout.totalHeight;
     }
-    if (std::exchange(contentHeight_, height) != height) emit contentHeightChanged();
+    if (std::exchange(contentHeight_, height) != height) Q_EMIT contentHeightChanged();
 }
 
 std::vector<SectionListModel::Shown> SectionListModel::inSight() const {
@@ -74,9 +75,8 @@ std::vector<SectionListModel::Shown> SectionListModel::inSight() const {
         const Place& place = places_[index];
         if (place.y + place.height < viewportTop_ - margin) continue;
         if (place.y > viewportTop_ + viewportHeight_ + margin) continue;
-        result.push_back({.path = entries_[index].path,
-                          .revision = entries_[index].revision,
-                          .place = place});
+        result.push_back(
+            {.path = entries_[index].path, .revision = entries_[index].revision, .place = place});
     }
     return result;
 }
@@ -97,7 +97,10 @@ void SectionListModel::show(std::vector<Shown> shown) {
 
 SectionAdapter* SectionListModel::adapterOf(const Shown& shown) const {
     auto& adapter = adapters_[shown.path];
-    if (!adapter) adapter = std::make_unique<SectionAdapter>(view_, shown.path, nullptr);
+    if (!adapter) {
+        adapter = std::make_unique<SectionAdapter>(view_, shown.path, nullptr);
+        QQmlEngine::setObjectOwnership(adapter.get(), QQmlEngine::CppOwnership);
+    }
     adapter->refresh(shown.revision);
     return adapter.get();
 }
@@ -124,12 +127,18 @@ QVariant SectionListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || row >= shown_.size()) return {};
     const Shown& shown = shown_[row];
     switch (role) {
-        case section: return QVariant::fromValue(adapterOf(shown));
-        case placeX: return shown.place.x;
-        case placeY: return shown.place.y;
-        case placeWidth: return shown.place.width;
-        case placeHeight: return shown.place.height;
-        default: return {};
+        case section:
+            return QVariant::fromValue(adapterOf(shown));
+        case placeX:
+            return shown.place.x;
+        case placeY:
+            return shown.place.y;
+        case placeWidth:
+            return shown.place.width;
+        case placeHeight:
+            return shown.place.height;
+        default:
+            return {};
     }
 }
 

@@ -10,6 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <QtQml/qqmlregistration.h>
+
 #include "EditedListModel.h"
 #include "MainView.h"
 #include "SectionAdapter.h"
@@ -18,6 +20,8 @@ namespace tarnbeck {
 
 class SectionListModel : public EditedListModel {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It belongs to its view")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     // Of all entries together, in the masonry.
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
@@ -38,7 +42,7 @@ class SectionListModel : public EditedListModel {
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-  signals:
+  Q_SIGNALS:
     void countChanged();
     void contentHeightChanged();
 

@@ -1,16 +1,18 @@
 #include "ViewWindows.h"
 
-#include <utility>
-
 #include <QKeyEvent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QVariantMap>
+#include <utility>
 
 #include "Appearance.h"
 #include "MainViewAdapter.h"
 #include "SymbolProvider.h"
+
+// Made by the build: what of C++ the module "Tarnbeck" knows.
+void qml_register_types_Tarnbeck();
 
 namespace tarnbeck {
 
@@ -31,6 +33,22 @@ class FocusModeFilter : public QObject {
     QObject& style_;
 };
 
+// Passes on a signal of a page, which only Qt's meta-objects know.
+class Dismissal : public QObject {
+    Q_OBJECT
+
+  public:
+    Dismissal(QObject& page, const std::function<void()>& action) : action_(action) {
+        connect(&page, SIGNAL(dismissed()), this, SLOT(pass()));
+    }
+
+  private Q_SLOTS:
+    void pass() { action_(); }
+
+  private:
+    const std::function<void()>& action_;
+};
+
 QUrl pageUrl(const QString& name) {
     return QUrl(QStringLiteral("qrc:/qt/qml/Tarnbeck/%1.qml").arg(name));
 }
@@ -40,15 +58,16 @@ QUrl pageUrl(const QString& name) {
 class ViewWindows::Implementation {
   public:
     Implementation() {
+        qml_register_types_Tarnbeck();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         engine_.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-        style_ = engine_.singletonInstance<QObject*>(
-            qmlTypeId("Tarnbeck", 1, 0, "Style"));
+        style_ = engine_.singletonInstance<QObject*>(qmlTypeId("Tarnbeck", 1, 0, "Style"));
         focusMode_ = std::make_unique<FocusModeFilter>(*style_);
         QObject::connect(&appearance_, &Appearance::changed, style_, [this] { takeAppearance(); });
         takeAppearance();
     }
 
+    // A window of the page, which fills it.
     std::unique_ptr<QQuickView> window(const QString& page, const QVariantMap& properties) {
         auto window = std::make_unique<QQuickView>(&engine_, nullptr);
         window->setColor(style_->property("backdropBase").value<QColor>());
@@ -59,12 +78,35 @@ class ViewWindows::Implementation {
         return window;
     }
 
-    QQmlEngine& engine() { return engine_; }
+    void makeMainWindow(std::unique_ptr<MainView> view) {
+        mainView_ = std::make_unique<MainViewAdapter>(std::move(view));
+        mainWindow_ = window(QStringLiteral("MainWindowRoot"),
+                             {{"view", QVariant::fromValue(mainView_.get())}});
+        mainWindow_->setTitle(QStringLiteral("Tarnbeck"));
+        mainWindow_->resize(1200, 850);
+        mainWindow_->setMinimumSize({480, 320});
+        QObject::connect(mainWindow_.get(), &QWindow::visibleChanged, mainView_.get(),
+                         [this](bool visible) { mainView_->setVisible(visible); });
+    }
+    QQuickWindow* mainWindow() { return mainWindow_.get(); }
 
-    std::unique_ptr<MainViewAdapter> mainAdapter;
-    std::unique_ptr<MainViewAdapter> popoverAdapter;
-    std::unique_ptr<QQuickView> mainWindow;
-    std::unique_ptr<QQuickView> popoverWindow;
+    void makePopoverWindow(std::function<void()> onDismissed) {
+        onDismissed_ = std::move(onDismissed);
+        popoverWindow_ = window(QStringLiteral("MainWindowRoot"), {{"isPopover", true}});
+        popoverWindow_->setTitle(QStringLiteral("Tarnbeck popover"));
+        popoverWindow_->setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        dismissal_ = std::make_unique<Dismissal>(*popoverWindow_->rootObject(), onDismissed_);
+    }
+    QQuickWindow* popoverWindow() { return popoverWindow_.get(); }
+
+    void setPopoverView(std::unique_ptr<MainView> view) {
+        std::unique_ptr<MainViewAdapter> before = std::move(popoverView_);
+        if (view) popoverView_ = std::make_unique<MainViewAdapter>(std::move(view));
+        if (popoverView_) popoverView_->setVisible(true);
+        popoverWindow_->rootObject()->setProperty("view", QVariant::fromValue(popoverView_.get()));
+        // It may be in the middle of what closed it.
+        if (before) before.release()->deleteLater();
+    }
 
   private:
     void takeAppearance() {
@@ -73,13 +115,38 @@ class ViewWindows::Implementation {
     }
 
     Appearance appearance_;
+    std::unique_ptr<FocusModeFilter> focusMode_;
+    // Below the engine, so that what is drawn goes before what it is bound to.
+    std::unique_ptr<MainViewAdapter> mainView_;
+    std::unique_ptr<MainViewAdapter> popoverView_;
     QQmlEngine engine_;
     QObject* style_ = nullptr;  // the engine's
-    std::unique_ptr<FocusModeFilter> focusMode_;
+    std::function<void()> onDismissed_;
+    std::unique_ptr<QQuickView> mainWindow_;
+    std::unique_ptr<QQuickView> popoverWindow_;
+    std::unique_ptr<Dismissal> dismissal_;
 };
 
-ViewWindows::ViewWindows() = default;
+ViewWindows::ViewWindows() : implementation_(std::make_unique<Implementation>()) {}
 
 ViewWindows::~ViewWindows() = default;
 
+QQuickWindow* ViewWindows::mainWindow(std::unique_ptr<MainView> view) {
+    implementation_->makeMainWindow(std::move(view));
+    return implementation_->mainWindow();
+}
+
+QQuickWindow* ViewWindows::popoverWindow(std::function<void()> onDismissed) {
+    if (!implementation_->popoverWindow()) {
+        implementation_->makePopoverWindow(std::move(onDismissed));
+    }
+    return implementation_->popoverWindow();
+}
+
+void ViewWindows::setPopoverView(std::unique_ptr<MainView> view) {
+    implementation_->setPopoverView(std::move(view));
+}
+
 }  // namespace tarnbeck
+
+#include "ViewWindows.moc"

@@ -2,10 +2,9 @@
 // QML engine, which is made when the first window is.
 #pragma once
 
+#include <QQuickWindow>
 #include <functional>
 #include <memory>
-
-#include <QQuickWindow>
 
 #include "MainView.h"
 

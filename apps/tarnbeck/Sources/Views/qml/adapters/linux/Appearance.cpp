@@ -1,5 +1,6 @@
 #include "Appearance.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -7,17 +8,20 @@
 
 namespace tarnbeck {
 
-class Appearance::Source {
+class Appearance::Source : public QObject {
   public:
     explicit Source(Appearance& owner) : owner_(owner) {
         takePalette();
-        QObject::connect(qGuiApp, &QGuiApplication::paletteChanged, &owner,
-                         [this] { takePalette(); });
-        QObject::connect(&portal_, &PortalSettings::colorSchemeTold, &owner,
-                         [this](unsigned int scheme) {
-                             portalDecides_ = true;
-                             owner_.set(scheme != 2, false);
-                         });
+        qGuiApp->installEventFilter(this);
+        connect(&portal_, &PortalSettings::colorSchemeTold, this, [this](unsigned int scheme) {
+            portalDecides_ = true;
+            owner_.set(scheme != 2, false);
+        });
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) takePalette();
+        return false;
     }
 
   private:
@@ -41,7 +45,7 @@ void Appearance::set(bool isDark, bool reducesMotion) {
     if (isDark == isDark_ && reducesMotion == reducesMotion_) return;
     isDark_ = isDark;
     reducesMotion_ = reducesMotion;
-    emit changed();
+    Q_EMIT changed();
 }
 
 }  // namespace tarnbeck

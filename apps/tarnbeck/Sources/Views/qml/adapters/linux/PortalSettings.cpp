@@ -37,14 +37,14 @@ PortalSettings::PortalSettings() {
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
-        if (!reply.isError()) emit colorSchemeTold(unwrapped(reply.value().variant()).toUInt());
+        if (!reply.isError()) Q_EMIT colorSchemeTold(unwrapped(reply.value().variant()).toUInt());
     });
 }
 
 void PortalSettings::settingChanged(const QString& group, const QString& key,
                                     const QDBusVariant& value) {
     if (group == QLatin1String(appearanceGroup) && key == QLatin1String(colorSchemeKey)) {
-        emit colorSchemeTold(unwrapped(value.variant()).toUInt());
+        Q_EMIT colorSchemeTold(unwrapped(value.variant()).toUInt());
     }
 }
 

@@ -15,11 +15,11 @@ class PortalSettings : public QObject {
     // Asks the portal where there is one, without waiting for it.
     PortalSettings();
 
-  signals:
+  Q_SIGNALS:
     // 1 is dark, 2 is light, and 0 leaves it to the application.
     void colorSchemeTold(unsigned int scheme);
 
-  private slots:
+  private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 };
 

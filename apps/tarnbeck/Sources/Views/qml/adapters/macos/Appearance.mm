@@ -2,16 +2,22 @@
 
 #import <AppKit/AppKit.h>
 
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
 
 namespace tarnbeck {
 
-class Appearance::Source {
+class Appearance::Source : public QObject {
   public:
     explicit Source(Appearance& owner) : owner_(owner) {
         take();
-        QObject::connect(qGuiApp, &QGuiApplication::paletteChanged, &owner, [this] { take(); });
+        qGuiApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) take();
+        return false;
     }
 
   private:
@@ -32,7 +38,7 @@ void Appearance::set(bool isDark, bool reducesMotion) {
     if (isDark == isDark_ && reducesMotion == reducesMotion_) return;
     isDark_ = isDark;
     reducesMotion_ = reducesMotion;
-    emit changed();
+    Q_EMIT changed();
 }
 
 }  // namespace tarnbeck
