@@ -45,6 +45,7 @@ class CaffeinateController {
         std::function<WallTime()> now = std::chrono::system_clock::now;
     };
     // `launcher` must outlive it. The child ends when the process of `boundProcessID` does.
+    // A child that runs when this goes is left to that.
     CaffeinateController(CaffeinateLaunching& launcher, std::optional<std::int32_t> boundProcessID,
                          Environment environment);
     ~CaffeinateController();
@@ -52,8 +53,12 @@ class CaffeinateController {
     CaffeinateController& operator=(const CaffeinateController&) = delete;
 
     const CaffeinateState& state() const { return state_; }
+    // False as soon as the child has ended, also before the state says so.
     bool isActive() const;
+    // The same list in the same order as the one at work: nothing changes, the time included.
+    // Otherwise a child that runs is replaced. A failure is told by the state.
     void start(const std::vector<CaffeinateAssertion>& assertions);
+    // Clears a failure too.
     void stop();
     void toggle(const std::vector<CaffeinateAssertion>& assertions);
 
@@ -61,7 +66,20 @@ class CaffeinateController {
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
 
   private:
+    using Observer = std::function<void()>;
+
+    void setState(CaffeinateState state);
+    void processDidTerminate(const std::string& processID);
+    std::function<void()> terminationHandlerOf(const std::string& processID);
+
     CaffeinateState state_;
+    CaffeinateLaunching& launcher_;
+    std::optional<std::int32_t> boundProcessID_;
+    std::unique_ptr<CaffeinateProcess> process_;
+    Environment environment_;
+    std::vector<std::weak_ptr<Observer>> observers_;
+    // What a callback holds of this: it leads here for as long as this lives.
+    std::shared_ptr<CaffeinateController*> anchor_;
 };
 
 }  // namespace system_awake
