@@ -1,0 +1,82 @@
+#include "StatusTileRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "MenuBarIconRenderer.h"
+
+namespace tarnbeck {
+namespace {
+
+using Command = VectorImage::Command;
+using Rect = VectorImage::Rect;
+
+constexpr double radius = 5;
+constexpr double edgeAlpha = 0.22;
+constexpr double badgeSize = 12;
+constexpr double badgeRight = 20.5;
+constexpr double badgeBottom = 21.5;
+constexpr Rect glyphAlone{2, 2, 18, 18};
+constexpr Rect glyphBesideBadge{-0.5, 1.5, 13, 13};
+constexpr Rect awakeDot{14, 2.5, 5.5, 5.5};
+constexpr std::int64_t highestCount = 99;
+
+Command badge(const std::string& text, const TextMeasurement& measure) {
+    std::vector<VectorImage::TextRun> runs = {
+        {.text = text, .size = badgeSize, .isBold = true, .color = {.ink = Ink::tileText}}};
+    const TextSize size = measure(runs, StatusTileRenderer::side);
+    const Rect in{std::round(badgeRight - size.width), std::round(badgeBottom - size.height),
+                  size.width, size.height};
+    return VectorImage::Text{.in = in, .runs = std::move(runs)};
+}
+
+std::string counted(std::int64_t count, const char* one, const char* many) {
+    return std::to_string(count) + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+std::string StatusTileRenderer::badgeText(const MenuBarIconRenderState& state) {
+    if (state.gitBadgeCount <= 0) return "";
+    return state.gitBadgeCount > highestCount ? "+" : std::to_string(state.gitBadgeCount);
+}
+
+std::string StatusTileRenderer::toolTip(const MenuBarIconRenderState& state) {
+    std::string text = "Tarnbeck";
+    if (state.gitBadgeCount > 0) {
+        text += " · " + counted(state.gitBadgeCount, " dirty repo", " dirty repos");
+    }
+    if (state.runnerBusyCount) {
+        const std::int64_t busy = std::max<std::int64_t>(*state.runnerBusyCount, 0);
+        text += " · " + counted(busy, " busy runner", " busy runners");
+    }
+    if (state.awakeActive) text += " · awake";
+    return text;
+}
+
+VectorImage StatusTileRenderer::render(const MenuBarIconRenderState& state,
+                                       const TextMeasurement& measure) {
+    const std::string text = badgeText(state);
+    const VectorImage::Color ink{.ink = Ink::tileGlyph};
+    VectorImage image{.width = side, .height = side};
+    image.commands = {
+        VectorImage::RoundedRect{
+            .in = {0, 0, side, side}, .radius = radius, .color = {.ink = Ink::tile}},
+        VectorImage::RoundedRect{.in = {0.5, 0.5, side - 1, side - 1},
+                                 .radius = radius - 0.5,
+                                 .width = 1,
+                                 .color = {.ink = Ink::tileEdge, .alpha = edgeAlpha}},
+    };
+    const auto glyph = MenuBarIconRenderer::drawBranch(text.empty() ? glyphAlone : glyphBesideBadge,
+                                                       {.ink = ink, .lowerDot = ink});
+    image.commands.insert(image.commands.end(), glyph.begin(), glyph.end());
+    if (!text.empty()) image.commands.push_back(badge(text, measure));
+    if (state.awakeActive) {
+        image.commands.push_back(
+            VectorImage::FilledOval{.in = awakeDot, .color = {.ink = Ink::tileGreen}});
+    }
+    return image;
+}
+
+}  // namespace tarnbeck
