@@ -6,12 +6,9 @@ ListView {
     id: root
 
     required property MainViewAdapter view
-    readonly property real minimumColumnWidth: 480
-    readonly property real columnWidth: count > 0 ? Math.max((width - leftMargin - rightMargin) / count, minimumColumnWidth) : minimumColumnWidth
 
-    function reset() {
-        positionViewAtBeginning()
-        contentX = originX - leftMargin
+    function tellViewport() {
+        view.sections.setViewport(width, 0, height)
     }
 
     Accessible.name: "Repositories"
@@ -22,14 +19,16 @@ ListView {
     highlightFollowsCurrentItem: false
     interactive: false
     keyNavigationEnabled: false
-    leftMargin: 4
     model: view.sections
     orientation: ListView.Horizontal
-    rightMargin: 4
+
+    Component.onCompleted: tellViewport()
+    onHeightChanged: tellViewport()
+    onWidthChanged: tellViewport()
 
     delegate: SectionColumn {
         height: ListView.view.height
-        width: root.columnWidth
+        width: root.view.sections.columnWidth
     }
 
     WheelScroll {
@@ -38,7 +37,7 @@ ListView {
     }
     Connections {
         function onSplitViewReset() {
-            Qt.callLater(root.reset)
+            Qt.callLater(root.positionViewAtBeginning)
         }
 
         target: root.view

@@ -13,8 +13,7 @@ namespace {
 
 enum Role { section = Qt::UserRole, placeX, placeY, placeWidth, placeHeight };
 
-// How the masonry of the main view is laid out, and how far beyond the viewport it is made.
-constexpr MasonryLayout masonry{.maxColumns = 2, .minimumColumnWidth = 760, .spacing = 8};
+// How far beyond the viewport the masonry is made.
 constexpr double margin = 200;
 
 }  // namespace
@@ -38,20 +37,18 @@ void SectionListModel::setViewport(double width, double top, double height) {
     viewportWidth_ = width;
     viewportTop_ = top;
     viewportHeight_ = height;
-    if (mode_ != ViewMode::list) return;
     if (isWidthChanged) place();
-    show(inSight());
+    if (mode_ == ViewMode::list) show(inSight());
 }
 
 void SectionListModel::place() {
     places_.clear();
     double height = 0;
     if (mode_ == ViewMode::list && viewportWidth_ > 0) {
-        std::vector<double> heights;
-        for (const SectionList::Entry& entry : entries_) {
-            heights.push_back(view_.sectionHeight(entry.path));
-        }
-        const auto layout = masonry.measuredLayout(viewportWidth_, heights);
+        const auto layout = repoListLayout.measuredLayout(
+            viewportWidth_, entries_.size(), [this](std::size_t index, double /*columnWidth*/) {
+                return view_.sectionHeight(entries_[index].path);
+            });
         for (const auto& placement : layout.placements) {
             places_.push_back({.x = placement.x,
                                .y = placement.y,
@@ -61,6 +58,8 @@ void SectionListModel::place() {
         height = layout.totalHeight;
     }
     if (std::exchange(contentHeight_, height) != height) Q_EMIT contentHeightChanged();
+    const double column = ColumnRowLayout::of(viewportWidth_, entries_.size()).columnWidth;
+    if (std::exchange(columnWidth_, column) != column) Q_EMIT columnWidthChanged();
 }
 
 std::vector<SectionListModel::Shown> SectionListModel::inSight() const {

@@ -23,7 +23,8 @@ class SectionListModel : public EditedListModel {
     QML_ELEMENT
     QML_UNCREATABLE("It belongs to its view")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
-    // Of all entries together, in the masonry.
+    // Of each entry, in the columns; and of all entries together, in the masonry.
+    Q_PROPERTY(double columnWidth READ columnWidth NOTIFY columnWidthChanged)
     Q_PROPERTY(double contentHeight READ contentHeight NOTIFY contentHeightChanged)
 
   public:
@@ -33,9 +34,10 @@ class SectionListModel : public EditedListModel {
     // Takes over what the view lists now; null: nothing.
     void setList(const SectionList* list);
     int count() const { return static_cast<int>(entries_.size()); }
+    double columnWidth() const { return columnWidth_; }
     double contentHeight() const { return contentHeight_; }
 
-    // What of the masonry is in sight, in device-independent pixels.
+    // The width that there is, and what of the masonry is in sight, in device-independent pixels.
     Q_INVOKABLE void setViewport(double width, double top, double height);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -44,6 +46,7 @@ class SectionListModel : public EditedListModel {
 
   Q_SIGNALS:
     void countChanged();
+    void columnWidthChanged();
     void contentHeightChanged();
 
   private:
@@ -70,6 +73,7 @@ class SectionListModel : public EditedListModel {
     ViewMode mode_ = ViewMode::columns;
     std::vector<SectionList::Entry> entries_;
     std::vector<Place> places_;  // of the entries, in the masonry
+    double columnWidth_ = 0;
     double contentHeight_ = 0;
     double viewportWidth_ = 0;
     double viewportTop_ = 0;

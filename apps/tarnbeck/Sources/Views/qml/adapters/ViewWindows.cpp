@@ -1,6 +1,7 @@
 #include "ViewWindows.h"
 
 #include <QKeyEvent>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickView>
@@ -61,7 +62,7 @@ class ViewWindows::Implementation {
         qml_register_types_Tarnbeck();
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         engine_.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
-        style_ = engine_.singletonInstance<QObject*>(qmlTypeId("Tarnbeck", 1, 0, "Style"));
+        style_ = findStyle();
         focusMode_ = std::make_unique<FocusModeFilter>(*style_);
         QObject::connect(&appearance_, &Appearance::changed, style_, [this] { takeAppearance(); });
         takeAppearance();
@@ -109,6 +110,17 @@ class ViewWindows::Implementation {
     }
 
   private:
+    // The one style of the engine, which only a document that imports it can name.
+    QObject* findStyle() {
+        QQmlComponent finder(&engine_);
+        finder.setData("import QtQml\nimport Tarnbeck\n"
+                       "QtObject { readonly property QtObject style: Style }",
+                       QUrl());
+        const std::unique_ptr<QObject> found(finder.create());
+        if (!found) qFatal("%s", qPrintable(finder.errorString()));
+        return found->property("style").value<QObject*>();
+    }
+
     void takeAppearance() {
         style_->setProperty("isDark", appearance_.isDark());
         style_->setProperty("reducesMotion", appearance_.reducesMotion());
