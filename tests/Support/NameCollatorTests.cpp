@@ -58,5 +58,43 @@ TEST(NameCollator, BytesThatAreNotUtf8AreComparedAllTheSame) {
     EXPECT_LT(collator.compare("a\xFF", "b"), 0);
 }
 
+TEST(NameCollator_SortKey, ComparesAsTheNamesDo) {
+    const std::vector<std::string> names = {"",
+                                            "a",
+                                            "A",
+                                            "b",
+                                            "ab",
+                                            "aB",
+                                            "élan",
+                                            "eland",
+                                            "zebra",
+                                            "app2",
+                                            "app10",
+                                            "a-b",
+                                            "a_b",
+                                            "résumé",
+                                            "resume",
+                                            "ö",
+                                            "o",
+                                            "日本",
+                                            "a\xFF",
+                                            "e\u0301",
+                                            "\u00E9",
+                                            "under_score",
+                                            std::string(400, 'x'),
+                                            std::string(401, 'X')};
+    for (const std::string locale : {"en_US", "de_DE", "sv_SE", "en_US_POSIX"}) {
+        const NameCollator collator(locale);
+        const auto sign = [](int value) { return (value > 0) - (value < 0); };
+        for (const std::string& left : names) {
+            for (const std::string& right : names) {
+                EXPECT_EQ(sign(collator.sortKey(left).compare(collator.sortKey(right))),
+                          sign(collator.compare(left, right)))
+                    << left << " and " << right << " in " << locale;
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace tarnbeck

@@ -1,7 +1,9 @@
 #include "Dates.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 
 #include <fmt/format.h>
@@ -14,7 +16,53 @@ using std::chrono::duration;
 constexpr Date referenceDate =
     std::chrono::sys_days{std::chrono::year{2001} / std::chrono::January / 1};
 
+constexpr bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// The text has the form of `pattern`, where "0" stands for any digit.
+constexpr bool hasForm(std::string_view text, std::string_view pattern) {
+    return std::ranges::equal(text, pattern, [](char character, char expected) {
+        return expected == '0' ? isDigit(character) : character == expected;
+    });
+}
+
+constexpr int number(std::string_view text, std::size_t at, std::size_t digits) {
+    int value = 0;
+    for (const char digit : text.substr(at, digits)) value = value * 10 + (digit - '0');
+    return value;
+}
+
+// What a zone like "Z" or "-05:30" is ahead of UTC.
+std::optional<std::chrono::minutes> zoneOffset(std::string_view zone) {
+    if (zone == "Z") return std::chrono::minutes(0);
+    if (!hasForm(zone, "+00:00") && !hasForm(zone, "-00:00")) return std::nullopt;
+    const int hours = number(zone, 1, 2);
+    const int minutes = number(zone, 4, 2);
+    if (hours > 23 || minutes > 59) return std::nullopt;
+    const auto offset = std::chrono::hours(hours) + std::chrono::minutes(minutes);
+    return zone[0] == '-' ? -offset : offset;
+}
+
 }  // namespace
+
+std::optional<std::chrono::sys_seconds> dateFromIso8601(std::string_view text) {
+    constexpr std::string_view pattern = "0000-00-00T00:00:00";
+    if (!hasForm(text.substr(0, pattern.size()), pattern)) return std::nullopt;
+    const auto offset = zoneOffset(text.substr(pattern.size()));
+    const std::chrono::year_month_day day{
+        std::chrono::year{number(text, 0, 4)},
+        std::chrono::month{static_cast<unsigned>(number(text, 5, 2))},
+        std::chrono::day{static_cast<unsigned>(number(text, 8, 2))}};
+    const std::chrono::hours hours(number(text, 11, 2));
+    const std::chrono::minutes minutes(number(text, 14, 2));
+    const std::chrono::seconds seconds(number(text, 17, 2));
+    if (!offset || !day.ok() || hours.count() > 23 || minutes.count() > 59 ||
+        seconds.count() > 59) {
+        return std::nullopt;
+    }
+    return std::chrono::sys_days{day} + hours + minutes + seconds - *offset;
+}
 
 std::string iso8601(Date date) {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(date);

@@ -1,9 +1,12 @@
 #include "NameCollator.h"
 
+#include <array>
 #include <cstdint>
+#include <vector>
 
 #include <unicode/coll.h>
 #include <unicode/locid.h>
+#include <unicode/unistr.h>
 
 namespace tarnbeck {
 
@@ -41,6 +44,19 @@ int NameCollator::compare(std::string_view left, std::string_view right) const {
     return implementation_->collator->compareUTF8(
         icu::StringPiece(left.data(), static_cast<std::int32_t>(left.size())),
         icu::StringPiece(right.data(), static_cast<std::int32_t>(right.size())), status);
+}
+
+std::string NameCollator::sortKey(std::string_view name) const {
+    if (!implementation_->collator) return std::string(name);
+    const auto text = icu::UnicodeString::fromUTF8(
+        icu::StringPiece(name.data(), static_cast<std::int32_t>(name.size())));
+    std::array<std::uint8_t, 256> room;
+    const auto capacity = static_cast<std::int32_t>(room.size());
+    const std::int32_t length = implementation_->collator->getSortKey(text, room.data(), capacity);
+    if (length <= capacity) return {room.begin(), room.begin() + length};
+    std::vector<std::uint8_t> all(static_cast<std::size_t>(length));
+    implementation_->collator->getSortKey(text, all.data(), length);
+    return {all.begin(), all.end()};
 }
 
 }  // namespace tarnbeck

@@ -17,6 +17,10 @@ class NameCollator {
     // Below, at or above zero. Names that differ in case only are equal.
     int compare(std::string_view left, std::string_view right) const;
 
+    // For names that are compared again and again: two keys compare, as unsigned bytes, like the
+    // names that they were made of.
+    std::string sortKey(std::string_view name) const;
+
   private:
     struct Implementation;
     std::unique_ptr<Implementation> implementation_;

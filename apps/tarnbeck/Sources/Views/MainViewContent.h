@@ -75,6 +75,14 @@ struct SortMenuEntry {
 };
 
 struct ControlStrip {
+    // What never changes; widths in device-independent pixels.
+    static constexpr std::string_view filterLabel = "Filter";  // before the two choices
+    static constexpr double filterWidth = 180;
+    static constexpr double domainWidth = 300;
+    static constexpr std::string_view searchSymbol = "magnifyingglass";
+    static constexpr std::string_view searchPrompt = "Filter";
+    static constexpr double searchWidth = 270;
+
     ToolbarPill viewToggle;
     ToolbarPill scan;
     ToolbarPill sort;
@@ -86,6 +94,7 @@ struct ControlStrip {
     FilterMode filter = FilterMode::dirty;
     DomainMode domain = DomainMode::git;
     std::string searchText;
+    std::optional<ToolbarPill> clearSearch;  // at the end of the search field
     bool operator==(const ControlStrip&) const = default;
 };
 

@@ -4,11 +4,13 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "AppToast.h"
 #include "Clipboard.h"
@@ -57,8 +59,11 @@ class RepositorySections {
     // Made from what is stored when it is first asked for. The reference holds until the path is
     // forgotten.
     const SectionState& stateOf(const std::string& path);
-    // Drops what was remembered of discards whose rows a new snapshot no longer has.
+    // Drops what was remembered of discards whose rows a new snapshot no longer has, and a question
+    // about one of them.
     void repositoryChanged(const GitRepository& repository);
+    // The repository is no longer shown anywhere: what is remembered of it goes, and its alerts.
+    void forget(const std::string& path);
 
     // Does what `kind` asks of the row; of the header where `rowId` is empty (all but `toggle`,
     // which is the view's). Nothing for what the content does not offer. `flags` are those that
@@ -79,13 +84,43 @@ class RepositorySections {
     void answerAlert(std::size_t button);
 
   private:
+    // One file whose changes are, or may be, discarded.
+    struct DiscardTarget {
+        std::string path;  // of the repository
+        std::string rowId;
+        DiscardRequest request;
+    };
+    enum class DiscardAlert { confirmDiscard, discardFailed };
+    struct PendingAlert {
+        DiscardAlert kind;
+        DiscardTarget target;
+        ViewAlert alert;
+    };
+
+    void toggle(const std::string& path, const Row& row);
+    void toggleSubsection(const std::string& path, std::string_view key);
+    void toggleBranch(const std::string& path, const std::string& branch);
+    void saveSubsection(const std::string& path, std::string_view key, bool isExpanded);
+    void refresh(const Call& call);
+
+    void confirmDiscard(const std::string& path, const Row& row);
+    void discardChange(const DiscardTarget& target);
+    void discardEnded(const DiscardTarget& target, const std::optional<std::string>& error);
+    void onDiscardCompleted(const std::string& path);
+    DiscardState* discardOf(const DiscardTarget& target);
+
+    void present(PendingAlert pending);
+    template <class Predicate>
+    void dismissAlerts(Predicate isDismissed);
+
     const Services services_;
     const std::function<void(const std::string&)> onChange_;
     std::map<std::string, SectionState> states_;
+    std::map<std::string, SteadyTime> completedDiscards_;  // by row id
     AppToast toast_;
     Timer toastTimer_;
-    std::optional<ViewAlert> alert_;
-    std::function<void(std::size_t button)> onAlertAnswer_;
+    std::optional<ViewAlert> alert_;    // that of the first of these
+    std::deque<PendingAlert> pending_;  // one is shown at a time
     WeakAnchor<RepositorySections> anchor_{*this};
 };
 

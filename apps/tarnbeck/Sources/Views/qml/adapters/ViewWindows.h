@@ -2,12 +2,15 @@
 // QML engine, which is made when the first window is.
 #pragma once
 
-#include <QWindow>
+#include <QQuickWindow>
+#include <functional>
 #include <memory>
 
 #include "MainView.h"
 
 namespace tarnbeck {
+
+class SettingsView;
 
 class ViewWindows {
   public:
@@ -17,15 +20,18 @@ class ViewWindows {
     ViewWindows& operator=(const ViewWindows&) = delete;
 
     // The main window, titled "Tarnbeck", 1200 by 850, not shown yet; its view lives as long as it.
-    // Closing hides it.
-    QWindow* mainWindow(std::unique_ptr<MainView> view);
+    // Once only.
+    QQuickWindow* mainWindow(std::unique_ptr<MainView> view);
     // The popover's window: frameless, above others, not shown yet. Made at the first call.
-    QWindow* popoverWindow();
+    // `onDismissed` is told of an Escape that nothing in it wanted.
+    QQuickWindow* popoverWindow(std::function<void()> onDismissed);
     // What the popover shows from now on; null: nothing, at no cost.
     void setPopoverView(std::unique_ptr<MainView> view);
+    // A window that shows the settings, not shown yet; the caller's. Its view goes with it.
+    std::unique_ptr<QQuickWindow> settingsWindow(std::unique_ptr<SettingsView> view);
 
   private:
-    struct Implementation;
+    class Implementation;
     std::unique_ptr<Implementation> implementation_;
 };
 

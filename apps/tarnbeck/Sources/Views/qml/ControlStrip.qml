@@ -1,0 +1,221 @@
+// The controls above the repositories, in one line that scrolls where it is wider than the window.
+import QtQuick
+import Tarnbeck
+
+Item {
+    id: root
+
+    required property MainViewAdapter view
+    readonly property var strip: view.strip
+
+    function takeSearchFocus() {
+        reveal(search)
+        search.takeFocus()
+    }
+    function clearSearch() {
+        if (search.text === "")
+            return false
+        search.clear()
+        return true
+    }
+    // Scrolls so that the control is in sight.
+    function reveal(item) {
+        const left = item.mapToItem(content, 0, 0).x
+        const most = Math.max(0, flick.contentWidth - flick.width)
+        if (left - 24 < flick.contentX)
+            flick.contentX = Math.max(0, left - 24)
+        else if (left + item.width + 24 > flick.contentX + flick.width)
+            flick.contentX = Math.min(most, left + item.width + 24 - flick.width)
+    }
+
+    Accessible.name: "Controls"
+    Accessible.role: Accessible.ToolBar
+    height: Style.stripHeight
+
+    Rectangle {
+        anchors.fill: parent
+        color: Style.bar
+    }
+    Flickable {
+        id: flick
+
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: height
+        contentWidth: content.width + 24
+        interactive: false
+
+        WheelScroll {
+            area: flick
+            isHorizontal: true
+            takesBoth: true
+        }
+        Row {
+            id: content
+
+            height: parent.height
+            spacing: 4
+            x: 12
+
+            component Divider: Item {
+                anchors.verticalCenter: parent.verticalCenter
+                height: 18
+                width: 17
+
+                Rectangle {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    color: Style.hairline
+                    height: 18
+                    width: 1
+                }
+            }
+            component StripPill: Pill {
+                property var pill
+
+                accessibleValue: pill ? pill.accessibleValue : ""
+                anchors.verticalCenter: parent.verticalCenter
+                help: pill ? pill.help : ""
+                symbol: pill ? pill.symbol : ""
+                title: pill ? pill.title : ""
+
+                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+            }
+
+            StripPill {
+                pill: root.strip.viewToggle
+
+                onClicked: root.view.toggleViewMode()
+            }
+            Divider {
+            }
+            StripPill {
+                pill: root.strip.scan
+
+                onClicked: root.view.scan()
+            }
+            StripPill {
+                id: sortPill
+
+                pill: root.strip.sort
+
+                onClicked: Menus.open(sortPill, title, root.strip.sortMenu, index => root.view.chooseSort(root.strip.sortMenu[index].mode), Qt.point(0, height + 4))
+            }
+            StripPill {
+                pill: root.strip.equalize
+                visible: pill !== undefined && pill !== null
+
+                onClicked: root.view.equalize()
+            }
+            Divider {
+            }
+            StripPill {
+                hasDot: isSelected
+                help: root.strip.awakeFailure !== "" ? root.strip.awakeFailure : pill.help
+                isCheckable: true
+                isChecked: isSelected
+                isSelected: pill.isSelected
+                pill: root.strip.awake
+
+                onClicked: root.view.toggleAwake()
+            }
+            Symbol {
+                Accessible.ignored: false
+                Accessible.name: root.strip.awakeFailure
+                Accessible.role: Accessible.AlertMessage
+                anchors.verticalCenter: parent.verticalCenter
+                color: Style.orange
+                name: "exclamationmark.triangle.fill"
+                size: 14
+                visible: root.strip.awakeFailure !== ""
+
+                HoverHandler {
+                    onHoveredChanged: hovered ? Tips.enter(parent, root.strip.awakeFailure) : Tips.leave(parent)
+                }
+            }
+            StripPill {
+                pill: root.strip.settings
+
+                onClicked: root.view.openSettings()
+            }
+            Divider {
+            }
+            AppText {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Style.secondary
+                rightPadding: 4
+                text: "Filter"
+            }
+            SegmentedControl {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "Filter"
+                selection: root.strip.filter
+                titles: root.strip.filters
+                width: 180
+
+                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onChosen: index => root.view.chooseFilter(index)
+            }
+            Item {
+                height: 1
+                width: 4
+            }
+            SegmentedControl {
+                anchors.verticalCenter: parent.verticalCenter
+                name: "Domain"
+                selection: root.strip.domain
+                titles: root.strip.domains
+                width: 300
+
+                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onChosen: index => root.view.chooseDomain(index)
+            }
+            Item {
+                height: 1
+                width: 4
+            }
+            SearchField {
+                id: search
+
+                anchors.verticalCenter: parent.verticalCenter
+                width: 270
+
+                onEdited: text => root.view.setSearchText(text)
+                onHasFocusChanged: if (hasFocus) root.reveal(this)
+            }
+        }
+    }
+    // More follows to the side.
+    component Fade: Rectangle {
+        height: parent.height - 1
+        width: 24
+
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+
+            GradientStop {
+                color: Style.tinted(Style.backdropBase, 0.0)
+                position: 0
+            }
+            GradientStop {
+                color: Style.tinted(Style.backdropBase, 0.95)
+                position: 1
+            }
+        }
+    }
+
+    Fade {
+        anchors.right: parent.right
+        visible: flick.contentX < flick.contentWidth - flick.width - 1
+    }
+    Fade {
+        rotation: 180
+        visible: flick.contentX > 1
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: Style.hairline
+        height: 1
+        width: parent.width
+    }
+}

@@ -1,0 +1,125 @@
+// The one screen of the application, in the window and in the popover alike.
+import QtQuick
+import Tarnbeck
+
+Item {
+    id: root
+
+    required property MainViewAdapter view
+    property bool isPopover: false
+
+    // Escape that nothing else wanted.
+    signal dismissed
+
+    function find() {
+        if (strip.item)
+            strip.item.takeSearchFocus()
+    }
+
+    focus: true
+
+    Keys.onEscapePressed: event => {
+        if (isPopover)
+            dismissed()
+        else
+            event.accepted = strip.item !== null && strip.item.clearSearch()
+    }
+    Keys.onPressed: event => {
+        if (event.matches(StandardKey.Find)) {
+            find()
+            event.accepted = true
+        }
+    }
+
+    // The ground: a dark glass, as dense as configured.
+    Rectangle {
+        anchors.fill: parent
+        color: Style.backdropBase
+    }
+    Rectangle {
+        anchors.fill: parent
+        color: Style.tinted(Style.backdrop, root.view.backdropOpacity)
+    }
+    Rectangle {
+        anchors.fill: parent
+        color: Style.finish
+    }
+    FocusScope {
+        id: everything
+
+        anchors.fill: parent
+        enabled: !alerts.isOpen
+        focus: true
+
+        Loader {
+            id: strip
+
+            active: root.view.strip.scan !== undefined
+            width: parent.width
+
+            sourceComponent: ControlStrip {
+                view: root.view
+                width: strip.width
+            }
+        }
+        Loader {
+            id: area
+
+            anchors.bottom: bar.top
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: strip.bottom
+            sourceComponent: root.view.area === "columns" ? columns : root.view.area === "list" ? masonry : empty
+        }
+        StatusBar {
+            id: bar
+
+            anchors.bottom: parent.bottom
+            view: root.view
+            width: parent.width
+        }
+    }
+    Component {
+        id: columns
+
+        ColumnsArea {
+            view: root.view
+        }
+    }
+    Component {
+        id: masonry
+
+        MasonryArea {
+            view: root.view
+        }
+    }
+    Component {
+        id: empty
+
+        EmptyArea {
+            view: root.view
+        }
+    }
+    Toast {
+        anchors.horizontalCenter: parent.horizontalCenter
+        toast: root.view.toast
+        y: parent.height - height - 24
+    }
+    AlertLayer {
+        id: alerts
+
+        view: root.view
+    }
+    MenuLayer {
+        id: menus
+    }
+    TipBubble {
+    }
+    Rectangle {
+        anchors.fill: parent
+        border.color: Style.panelLine
+        color: "transparent"
+        visible: root.isPopover
+        z: 95
+    }
+}

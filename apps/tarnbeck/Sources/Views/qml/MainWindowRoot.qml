@@ -1,0 +1,33 @@
+// What a window that shows a main view is made of. While there is no view it is empty, and costs
+// nothing.
+import QtQuick
+import Tarnbeck
+
+Item {
+    id: root
+
+    property MainViewAdapter view: null
+    property bool isPopover: false
+
+    signal dismissed
+
+    Rectangle {
+        anchors.fill: parent
+        color: Style.backdropBase
+    }
+    Loader {
+        id: page
+
+        active: root.view !== null
+        anchors.fill: parent
+        focus: true
+
+        sourceComponent: MainPage {
+            focus: true
+            isPopover: root.isPopover
+            view: root.view
+
+            onDismissed: root.dismissed()
+        }
+    }
+}

@@ -1,0 +1,45 @@
+// One repository as a card of the masonry. Of its rows only those are made that can be seen:
+// `seenTop` and `seenHeight` say what of the card lies in the viewport.
+import QtQuick
+import Tarnbeck
+
+Item {
+    id: root
+
+    required property SectionAdapter section
+    property real seenTop: 0
+    property real seenHeight: 0
+
+    Rectangle {
+        anchors.fill: parent
+        border.color: Style.hairline
+        color: Style.card
+        radius: Style.cardRadius
+
+        SectionHeader {
+            id: header
+
+            section: root.section
+            width: parent.width
+        }
+        Rectangle {
+            color: Style.hairline
+            height: 1
+            visible: root.section.isExpanded && rows.count > 0
+            width: parent.width
+            y: header.height
+        }
+        SectionRows {
+            id: rows
+
+            readonly property real whole: Math.max(0, root.height - header.height - 8)
+            readonly property real offset: Math.max(0, Math.min(root.seenTop - header.height, whole - height))
+
+            contentY: offset
+            height: Math.min(whole, root.seenHeight)
+            section: root.section
+            width: parent.width
+            y: header.height + offset
+        }
+    }
+}

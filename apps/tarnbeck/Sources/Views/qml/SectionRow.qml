@@ -1,0 +1,272 @@
+// One row of a section, of any kind.
+import QtQuick
+import Tarnbeck
+
+Item {
+    id: root
+
+    required property SectionAdapter section
+    required property int index
+    required property int rowKey
+    required property int kind
+    required property int depth
+    required property string chevron
+    required property string symbol
+    required property string symbolColor
+    required property bool isLoading
+    required property string status
+    required property string statusColor
+    required property string reference
+    required property string title
+    required property string countLabel
+    required property bool isTitleSecondary
+    required property bool isMonospaced
+    required property bool isElidedInMiddle
+    required property bool isTitleHighlighted
+    required property string metaStatus
+    required property string metaStatusColor
+    required property string metaLabels
+    required property string help
+    required property bool isClickable
+    required property bool opensReference
+    required property var actions
+    required property string accessibleName
+    required property int rowHeight
+    required property int changes
+
+    property bool isCurrent: false
+    readonly property bool isSubsection: depth === 0 && chevron !== ""
+    readonly property real inset: Style.rowLeadingInset + Math.max(0, depth - 1) * Style.rowPrimaryIconSlotWidth
+    readonly property bool showsActions: hover.hovered || isCurrent || controls.hasProgress
+
+    signal touched
+
+    function activate() {
+        if (isClickable)
+            section.click(rowKey)
+    }
+
+    Accessible.focused: isCurrent
+    Accessible.name: accessibleName
+    Accessible.role: chevron !== "" ? Accessible.TreeItem : Accessible.ListItem
+    height: rowHeight
+
+    Accessible.onPressAction: activate()
+    Component.onDestruction: Tips.leave(root)
+    onChangesChanged: tint.restart()
+
+    // What changed is seen once.
+    Rectangle {
+        id: tintGround
+
+        anchors.fill: ground
+        color: Style.accent
+        opacity: 0
+        radius: Style.rowRadius
+        visible: opacity > 0
+
+        NumberAnimation on opacity {
+            id: tint
+
+            duration: Style.changeTint
+            from: 0.22
+            running: false
+            to: 0
+        }
+    }
+    Rectangle {
+        id: ground
+
+        anchors.bottom: parent.bottom
+        color: root.isCurrent ? Style.pressed : Style.hover
+        height: root.isSubsection ? 28 : root.height
+        radius: Style.rowRadius
+        visible: root.isCurrent || (hover.hovered && root.isClickable)
+        width: parent.width - 12
+        x: 6
+    }
+    HoverHandler {
+        id: hover
+
+        cursorShape: root.isClickable && !root.isSubsection ? Qt.PointingHandCursor : Qt.ArrowCursor
+
+        onHoveredChanged: hovered ? Tips.enter(root, root.help !== "" ? root.help : title.truncated ? root.title : "") : Tips.leave(root)
+    }
+    MouseArea {
+        anchors.fill: parent
+
+        onClicked: {
+            root.touched()
+            root.activate()
+        }
+    }
+    Item {
+        id: line
+
+        anchors.bottom: parent.bottom
+        height: root.isSubsection ? 28 : root.height
+        width: parent.width
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Style.secondary
+            name: root.chevron
+            size: 10
+            visible: name !== ""
+            x: root.inset + 1
+        }
+        Rectangle {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Style.tile
+            height: 18
+            radius: Style.rowRadius
+            visible: root.isSubsection
+            width: 18
+            x: root.inset + Style.rowChevronSlotWidth
+        }
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Style.statusColor(root.symbolColor)
+            name: root.symbol
+            size: root.symbol === "circle" || root.symbol === "circle.fill" ? 8 : 12
+            visible: name !== "" && !root.isLoading
+            x: root.inset + Style.rowChevronSlotWidth + Math.round((18 - size) / 2)
+        }
+        Loader {
+            active: root.isLoading
+            anchors.verticalCenter: parent.verticalCenter
+            x: root.inset + Style.rowChevronSlotWidth + 3
+
+            sourceComponent: Spinner {
+            }
+        }
+        AppText {
+            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            color: Style.statusColor(root.statusColor)
+            elide: Text.ElideNone
+            font.family: Style.monospacedFamily
+            font.pixelSize: Style.small
+            horizontalAlignment: Text.AlignHCenter
+            text: root.status
+            visible: text !== ""
+            width: Style.statusColumnWidth
+            x: root.inset + Style.rowChevronSlotWidth
+        }
+        AppText {
+            id: link
+
+            Accessible.ignored: true
+            anchors.verticalCenter: parent.verticalCenter
+            color: linkHover.hovered ? Style.accent : Style.secondary
+            font.pixelSize: Style.body
+            font.underline: linkHover.hovered
+            text: root.reference
+            visible: text !== ""
+            width: visible ? implicitWidth + 8 : 0
+            x: root.inset + Style.rowChevronSlotWidth + Style.rowPrimaryIconSlotWidth + 4
+
+            HoverHandler {
+                id: linkHover
+
+                cursorShape: Qt.PointingHandCursor
+                enabled: root.opensReference
+            }
+        }
+        Rectangle {
+            anchors.bottomMargin: 3
+            anchors.fill: title
+            anchors.leftMargin: -3
+            anchors.rightMargin: -3
+            anchors.topMargin: 3
+            color: Style.searchHighlight
+            radius: 3
+            visible: root.isTitleHighlighted
+        }
+        AppText {
+            id: title
+
+            readonly property real room: metadata.x - 10 - x - (count.visible ? count.width + 6 : 0)
+
+            Accessible.ignored: true
+            anchors.left: link.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: root.isTitleSecondary ? Style.secondary : Style.text
+            elide: root.isElidedInMiddle ? Text.ElideMiddle : Text.ElideRight
+            font.family: root.isMonospaced ? Style.monospacedFamily : Style.family
+            font.pixelSize: root.isMonospaced ? Style.small : Style.body
+            height: parent.height
+            text: root.title
+            width: Math.max(0, Math.min(implicitWidth, room))
+        }
+        AppText {
+            id: count
+
+            Accessible.ignored: true
+            anchors.baseline: title.baseline
+            anchors.left: title.right
+            anchors.leftMargin: 6
+            color: Style.secondary
+            font.pixelSize: Style.small
+            text: root.countLabel
+            visible: text !== ""
+        }
+        Row {
+            id: metadata
+
+            readonly property real room: Math.max(80, Math.min(160, root.width * 0.36))
+
+            anchors.right: parent.right
+            anchors.rightMargin: Style.rowTrailingInset + (root.actions.length > 0 ? root.actions.length * Style.actionColumnWidth : 0)
+            height: parent.height
+            spacing: 8
+
+            AppText {
+                Accessible.ignored: true
+                color: Style.statusColor(root.metaStatusColor)
+                font.pixelSize: Style.small
+                height: parent.height
+                text: root.metaStatus
+                visible: text !== ""
+                width: Math.min(implicitWidth, metadata.room)
+            }
+            AppText {
+                Accessible.ignored: true
+                color: Style.secondary
+                font.pixelSize: Style.small
+                height: parent.height
+                text: root.metaLabels
+                visible: text !== ""
+                width: Math.min(implicitWidth, metadata.room)
+            }
+        }
+        Loader {
+            id: controls
+
+            readonly property bool hasProgress: root.actions.some(action => action.inProgress)
+
+            active: root.actions.length > 0 && root.showsActions
+            anchors.right: parent.right
+            anchors.rightMargin: Style.rowTrailingInset - 2
+            anchors.verticalCenter: parent.verticalCenter
+
+            sourceComponent: Actions {
+                actions: root.actions
+                canFocus: root.isCurrent
+
+                onPerformed: (kind, occurrence) => {
+                    root.touched()
+                    root.section.perform(root.rowKey, kind, occurrence)
+                }
+            }
+        }
+    }
+    Rectangle {
+        anchors.fill: ground
+        border.color: Style.accent
+        border.width: 2
+        color: "transparent"
+        radius: Style.rowRadius
+        visible: root.isCurrent && Style.focusByKeyboard
+    }
+}
