@@ -17,7 +17,8 @@ void fill(QAction& action, const MenuItem& item) {
     action.setCheckable(item.isChecked.has_value());
     action.setChecked(item.isChecked.value_or(false));
     if (!item.key.empty()) {
-        action.setShortcut(QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(item.key)));
+        action.setShortcut(
+            QKeySequence(QStringLiteral("Ctrl+") + QString::fromStdString(item.key)));
         action.setShortcutVisibleInContextMenu(true);
     }
 }

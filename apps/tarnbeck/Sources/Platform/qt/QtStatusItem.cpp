@@ -1,14 +1,13 @@
 #include "QtStatusItem.h"
 
-#include <algorithm>
-#include <utility>
-
 #include <QCoreApplication>
 #include <QCursor>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <algorithm>
+#include <utility>
 
 #include "QtMenu.h"
 #include "ScreenGeometry.h"
@@ -23,9 +22,10 @@ constexpr double menuBarThickness = 22;
 std::optional<ClickEvent> clickOf(QSystemTrayIcon::ActivationReason reason) {
     switch (reason) {
         case QSystemTrayIcon::Trigger:
-            return ClickEvent{.kind = ClickKind::leftMouseUp,
-                              .controlKeyIsDown = QGuiApplication::queryKeyboardModifiers().testFlag(
-                                  Qt::ControlModifier)};
+            return ClickEvent{
+                .kind = ClickKind::leftMouseUp,
+                .controlKeyIsDown =
+                    QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier)};
         case QSystemTrayIcon::Context:
             return ClickEvent{.kind = ClickKind::rightMouseUp};
         case QSystemTrayIcon::DoubleClick:  // comes after the two triggers of its clicks
@@ -56,9 +56,9 @@ class QtStatusItem::Button : public StatusItemButton {
     std::optional<menubar_popover::Rect> screenFrame() const override {
         const QRect frame = icon_.geometry();
         if (!frame.isValid()) return std::nullopt;
-        return menubar_popover::Rect{
-            static_cast<double>(frame.x()), static_cast<double>(frame.y()),
-            static_cast<double>(frame.width()), static_cast<double>(frame.height())};
+        return menubar_popover::Rect{static_cast<double>(frame.x()), static_cast<double>(frame.y()),
+                                     static_cast<double>(frame.width()),
+                                     static_cast<double>(frame.height())};
     }
 
     QSystemTrayIcon& icon() { return icon_; }
@@ -114,8 +114,8 @@ class QtStatusItem::AppearanceWatch : public QObject {
     Button& button_;
 };
 
-QtStatusItem::QtStatusItem(std::function<void()> menuWillShow)
-    : menuWillShow_(std::move(menuWillShow)),
+QtStatusItem::QtStatusItem(QtPopover& popover)
+    : popover_(popover),
       button_(std::make_shared<Button>()),
       appearanceWatch_(std::make_unique<AppearanceWatch>(*button_)) {
     QObject::connect(&button_->icon(), &QSystemTrayIcon::activated, appearanceWatch_.get(),
@@ -135,13 +135,18 @@ void QtStatusItem::setVisible(bool visible) {
 }
 
 void QtStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
-    if (const auto click = clickOf(reason)) button_->click(*click);
+    const auto click = clickOf(reason);
+    if (!click) return;
+    const bool isPlain = click->kind == ClickKind::leftMouseUp && !click->controlKeyIsDown;
+    if (isPlain && popover_.hasJustChanged()) return;
+    button_->click(*click);
 }
 
 void QtStatusItem::popUpMenu(std::vector<MenuItem> items,
                              std::function<void(std::size_t index)> onChosen) {
     menu_ = makeMenu(items, std::move(onChosen));
-    QObject::connect(menu_.get(), &QMenu::aboutToShow, appearanceWatch_.get(), menuWillShow_);
+    QObject::connect(menu_.get(), &QMenu::aboutToShow, appearanceWatch_.get(),
+                     [this] { popover_.performClose(nullptr); });
     menu_->popup(QCursor::pos());
     menu_->activateWindow();
 }

@@ -1,12 +1,12 @@
 // The application's item in the tray of a panel, or in the menu bar. Main thread.
 #pragma once
 
+#include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
 #include <optional>
 
-#include <QSystemTrayIcon>
-
+#include "QtPopover.h"
 #include "StatusItem.h"
 
 class QMenu;
@@ -18,8 +18,8 @@ QIcon statusIcon(const StatusImage& image);
 
 class QtStatusItem : public StatusItem {
   public:
-    // `isInstead` is told just before the menu shows: what must not stay beside it.
-    explicit QtStatusItem(std::function<void()> menuWillShow);
+    // The popover that its clicks open, which is closed when its menu opens; it must outlive this.
+    explicit QtStatusItem(QtPopover& popover);
     ~QtStatusItem() override;
 
     std::shared_ptr<StatusItemButton> button() const override;
@@ -40,7 +40,7 @@ class QtStatusItem : public StatusItem {
 
     void activated(QSystemTrayIcon::ActivationReason reason);
 
-    const std::function<void()> menuWillShow_;
+    QtPopover& popover_;
     std::shared_ptr<Button> button_;
     std::unique_ptr<AppearanceWatch> appearanceWatch_;
     std::unique_ptr<QMenu> menu_;

@@ -1,10 +1,9 @@
 #include "ScreenGeometry.h"
 
-#include <algorithm>
-
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 
 namespace tarnbeck {
 namespace {

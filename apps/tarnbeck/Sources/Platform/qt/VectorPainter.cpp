@@ -1,13 +1,12 @@
 #include "VectorPainter.h"
 
-#include <algorithm>
-
 #include <QFont>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainterPath>
 #include <QPalette>
+#include <algorithm>
 
 #include "Overloaded.h"
 
@@ -95,8 +94,8 @@ class CommandPainter {
         for (const auto& run : text.runs) {
             QFont font = fontOf(run, scale_);
             const double advance = metricsOf(font).horizontalAdvance(textOf(run));
-            // The painter's device may count other dots an inch.
-            font.setPixelSize(std::max(1, qRound(run.size * scale_)));
+            font.setPointSizeF(run.size * scale_ * pointsPerInch /
+                               painter_.device()->logicalDpiY());
             painter_.setFont(font);
             painter_.setPen(colorOf(run.color));
             painter_.drawText(at, textOf(run));
