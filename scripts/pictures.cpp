@@ -169,6 +169,7 @@ void openBranches(MainView& view, const std::string& path) {
 
 void openAll(MainView& view, const std::string& path) {
     const auto section = view.section(path);
+    if (!section) return;  // not listed now
     for (const Row& row : section->rows) {
         if (row.isExpanded == false) {
             view.perform({.path = path, .rowId = row.id, .kind = RowActionKind::toggle});
