@@ -151,7 +151,7 @@ TEST_F(RepositorySections_Copy, PutsTheReferenceOnTheClipboardAndSaysSo) {
     EXPECT_THAT(changes, ElementsAre(""));
 }
 
-TEST_F(RepositorySections_Copy, ToastGoesAfterOneAndAHalfSecondsAndALittle) {
+TEST_F(RepositorySections_Copy, ToastGoesAfter1600Milliseconds) {
     sections->copyReferenceToClipboard("main", "Copied");
     simulation.advance(1599ms);
     EXPECT_TRUE(sections->toast().isVisible);

@@ -14,7 +14,7 @@ GitRepository bareRepository() {
     return repository;
 }
 
-std::vector<std::string> names(const std::string& prefix, int count) {
+std::vector<std::string> numberedNames(const std::string& prefix, int count) {
     std::vector<std::string> result;
     for (int number = 1; number <= count; ++number) {
         result.push_back(fmt::format("{}{}", prefix, number));
@@ -109,9 +109,9 @@ TEST(RemoteSection, ShowsTheVisibleBranches) {
 
 TEST(RemoteSection, ShowsTenAndCountsTheRest) {
     GitRepository repository = bareRepository();
-    repository.remoteBranches = names("origin/b", 10);
+    repository.remoteBranches = numberedNames("origin/b", 10);
     EXPECT_EQ(rowsOf(repository, gitOnly()).size(), 1U + 10U);
-    repository.remoteBranches = names("origin/b", 12);
+    repository.remoteBranches = numberedNames("origin/b", 12);
     const auto rows = rowsOf(repository, gitOnly());
     EXPECT_EQ(rows.front().countLabel, "12");
     EXPECT_EQ(rowsOfKind(rows, Row::Kind::remoteBranch).size(), 10U);
@@ -146,7 +146,7 @@ TEST(RemoteSection, IsNotThereWithoutVisibleBranches) {
 
 TEST(TagsSection, ShowsTenAndCountsTheRest) {
     GitRepository repository = bareRepository();
-    repository.tags = names("v", 11);
+    repository.tags = numberedNames("v", 11);
     const auto rows = rowsOf(repository, gitOnly());
     EXPECT_EQ(outline(rows[0]), R"(subsection [v] (tag) "Tags" 11
     says "Tags, 11, expanded"
