@@ -7,7 +7,6 @@
 
 #include "GitPaths.h"
 #include "RowParts.h"
-#include "SearchHighlight.h"
 #include "Text.h"
 
 namespace tarnbeck {
@@ -130,7 +129,7 @@ Row fileChangeRow(FileChangeRowView view) {
             .title = title,
             .isMonospaced = true,
             .isElidedInMiddle = true,
-            .isTitleHighlighted = isHighlighted(names, view.searchHighlight),
+            .isTitleHighlighted = view.search.isIn(names),
             .click = RowAction{.kind = RowActionKind::openFile,
                                .help = "Open file",
                                .reference = joinedPath(view.basePath, name)},

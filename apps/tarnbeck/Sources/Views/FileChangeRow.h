@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "CaseInsensitiveSearch.h"
 #include "GitRepository.h"
 #include "Row.h"
 #include "SectionContent.h"
@@ -36,8 +37,8 @@ struct FileChangeRowView {
     const FileChange& change;
     const std::string& basePath;  // the work tree
     std::string id;
+    const CaseInsensitiveSearch& search;
     bool isDiscarding = false;
-    std::string_view searchHighlight;
 };
 Row fileChangeRow(FileChangeRowView view);
 

@@ -10,7 +10,6 @@
 #include "GitReferenceVisibility.h"
 #include "RepositoryIssuesSection.h"
 #include "RowParts.h"
-#include "SearchHighlight.h"
 #include "Text.h"
 
 namespace tarnbeck {
@@ -57,8 +56,8 @@ std::size_t countOf(const std::vector<WorkTreeChanges>& changes) {
     return count;
 }
 
-void emitAlertRows(const SectionInput& input, RowSink& sink) {
-    const GitRepository& repository = input.repository;
+void emitAlertRows(const SectionContext& context, RowSink& sink) {
+    const GitRepository& repository = context.repository;
     const auto emit = [&](Row alert) {
         alert.accessibleName = "Warning: " + alert.title;
         sink.add(Row::Kind::alert, [&] { return std::move(alert); });
@@ -87,32 +86,32 @@ RowAction gitRefreshAccessory(bool isInProgress) {
 
 class BranchesSection {
   public:
-    BranchesSection(const SectionInput& input, const std::vector<GitWorktree>& worktrees,
+    BranchesSection(const SectionContext& context, const std::vector<GitWorktree>& worktrees,
                     RowSink& sink)
-        : input_(input), worktrees_(worktreesByBranch(worktrees)), sink_(sink) {}
+        : context_(context), worktrees_(worktreesByBranch(worktrees)), sink_(sink) {}
 
     void emit() {
-        const SectionFlags& flags = input_.flags;
+        const SectionFlags& flags = context_.flags;
         CollapsibleSubsection subsection{
             .key = SubsectionKey::branches,
             .title = "Branches",
             .icon = "arrow.triangle.branch",
-            .count = static_cast<std::int64_t>(input_.repository.branches.size()),
-            .isExpanded = input_.state.showBranches};
+            .count = static_cast<std::int64_t>(context_.repository.branches.size()),
+            .isExpanded = context_.state.showBranches};
         if (flags.canRefreshGit || flags.gitReloadInProgress) {
             subsection.headerAccessory = gitRefreshAccessory(flags.gitReloadInProgress);
         }
-        emitSubsection(input_, subsection, sink_, [&] {
-            for (const GitBranch& branch : input_.repository.branches) emitBranch(branch);
+        emitSubsection(context_, subsection, sink_, [&] {
+            for (const GitBranch& branch : context_.repository.branches) emitBranch(branch);
         });
     }
 
   private:
     void emitBranch(const GitBranch& branch) {
-        const auto changes = changesOf(branch, input_.repository, worktrees_);
-        const auto stored = input_.state.branchChangesExpanded.find(branch.name);
+        const auto changes = changesOf(branch, context_.repository, worktrees_);
+        const auto stored = context_.state.branchChangesExpanded.find(branch.name);
         const bool isExpanded = !changes.empty() &&
-                                stored != input_.state.branchChangesExpanded.end() &&
+                                stored != context_.state.branchChangesExpanded.end() &&
                                 stored->second;
         sink_.add(Row::Kind::branch, [&] {
             Row row = branchRow(branch);
@@ -124,12 +123,12 @@ class BranchesSection {
 
     Row branchRow(const GitBranch& branch) const {
         const std::string title = printable(branch.name);
-        Row row{.id = rowIdBelow(rowIdBelow(input_.repository.path, SubsectionKey::branches),
+        Row row{.id = rowIdBelow(rowIdBelow(context_.repository.path, SubsectionKey::branches),
                                  branch.name),
                 .depth = 1,
                 .symbol = branch.isCurrent ? "circle.fill" : "circle",
                 .title = title,
-                .isTitleHighlighted = isHighlighted(branch.name, input_.flags.searchHighlight),
+                .isTitleHighlighted = context_.search.isIn(branch.name),
                 .accessibleName = "Branch " + title};
         if (branch.isCurrent) {
             row.metadata.labels.emplace_back("current");
@@ -166,7 +165,7 @@ class BranchesSection {
         const std::size_t rest = count - maximumShownChanges;
         sink_.add(Row::Kind::more, [&] {
             return moreRow(
-                {.id = rowIdBelow(rowIdBelow(input_.repository.path, "moreChanges"), branch.name),
+                {.id = rowIdBelow(rowIdBelow(context_.repository.path, "moreChanges"), branch.name),
                  .depth = 2,
                  .title = andMore(rest),
                  .accessibleName =
@@ -178,7 +177,7 @@ class BranchesSection {
     void emitChange(const GitBranch& branch, const std::string& workTree,
                     const FileChange& change) {
         const auto id = [&] {
-            return fileChangeRowId(input_.repository.path,
+            return fileChangeRowId(context_.repository.path,
                                    {branch.name, workTree, change.filePath});
         };
         const DiscardState discard = discardOf(id);
@@ -187,20 +186,20 @@ class BranchesSection {
             return fileChangeRow({.change = change,
                                   .basePath = workTree,
                                   .id = id(),
-                                  .isDiscarding = discard.isDiscarding,
-                                  .searchHighlight = input_.flags.searchHighlight});
+                                  .search = context_.search,
+                                  .isDiscarding = discard.isDiscarding});
         });
     }
 
     template <class Id>
     DiscardState discardOf(Id id) const {
-        const auto& discards = input_.state.discards;
+        const auto& discards = context_.state.discards;
         if (discards.empty()) return {};
         const auto found = discards.find(id());
         return found == discards.end() ? DiscardState{} : found->second;
     }
 
-    const SectionInput& input_;
+    const SectionContext& context_;
     const WorktreesByBranch worktrees_;
     RowSink& sink_;
 };
@@ -212,42 +211,42 @@ std::string worktreeLabel(const GitWorktree& worktree) {
     return "detached @ " + worktree.commitHash->substr(0, shortHashLength);
 }
 
-Row worktreeRow(const SectionInput& input, const GitWorktree& worktree) {
+Row worktreeRow(const SectionContext& context, const GitWorktree& worktree) {
     const std::string label = worktreeLabel(worktree);
-    Row row{.id = rowIdBelow(rowIdBelow(input.repository.path, SubsectionKey::worktrees),
+    Row row{.id = rowIdBelow(rowIdBelow(context.repository.path, SubsectionKey::worktrees),
                              worktree.path),
             .depth = 1,
             .symbol = "folder.fill",
             .title = printable(label),
-            .isTitleHighlighted = isHighlighted(label, input.flags.searchHighlight)};
+            .isTitleHighlighted = context.search.isIn(label)};
     row.accessibleName = "Worktree " + row.title + ", at " + printable(worktree.path);
     row.actions.push_back(copyAction({label, "Copy worktree label", "Worktree label copied"}));
     return row;
 }
 
-void emitWorktreesSection(const SectionInput& input, const std::vector<GitWorktree>& worktrees,
+void emitWorktreesSection(const SectionContext& context, const std::vector<GitWorktree>& worktrees,
                           RowSink& sink) {
     const CollapsibleSubsection subsection{.key = SubsectionKey::worktrees,
                                            .title = "Worktrees",
                                            .icon = "folder.badge.gearshape",
                                            .count = static_cast<std::int64_t>(worktrees.size()),
-                                           .isExpanded = input.state.showWorktrees};
-    emitSubsection(input, subsection, sink, [&] {
+                                           .isExpanded = context.state.showWorktrees};
+    emitSubsection(context, subsection, sink, [&] {
         for (const GitWorktree& worktree : worktrees) {
-            sink.add(Row::Kind::worktree, [&] { return worktreeRow(input, worktree); });
+            sink.add(Row::Kind::worktree, [&] { return worktreeRow(context, worktree); });
         }
     });
 }
 
 }  // namespace
 
-void emitGitDetails(const SectionInput& input, RowSink& sink) {
-    const auto worktrees = GitReferenceVisibility::visibleWorktrees(input.repository.worktrees);
-    emitAlertRows(input, sink);
-    if (!input.repository.branches.empty()) BranchesSection(input, worktrees, sink).emit();
-    if (!worktrees.empty()) emitWorktreesSection(input, worktrees, sink);
-    emitReferenceSections(input, sink);
-    if (input.flags.showIssues) emitIssuesSection(input, sink);
+void emitGitDetails(const SectionContext& context, RowSink& sink) {
+    const auto worktrees = GitReferenceVisibility::visibleWorktrees(context.repository.worktrees);
+    emitAlertRows(context, sink);
+    if (!context.repository.branches.empty()) BranchesSection(context, worktrees, sink).emit();
+    if (!worktrees.empty()) emitWorktreesSection(context, worktrees, sink);
+    emitReferenceSections(context, sink);
+    if (context.flags.showIssues) emitIssuesSection(context, sink);
 }
 
 bool hasFileChange(const GitRepository& repository, std::string_view rowId) {

@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include "RowParts.h"
-#include "SearchHighlight.h"
 #include "Text.h"
 
 namespace tarnbeck {
@@ -39,18 +38,18 @@ void appendLabelsAndAuthor(std::string& name, const ImmutableList<std::string>& 
 
 // What issues and pull requests have in common.
 template <class Item>
-Row itemRow(const SectionInput& input, std::string_view key, const Item& item) {
-    return {.id = rowIdBelow(rowIdBelow(input.repository.path, key), std::to_string(item.number)),
+Row itemRow(const SectionContext& context, std::string_view key, const Item& item) {
+    return {.id = rowIdBelow(rowIdBelow(context.repository.path, key), std::to_string(item.number)),
             .depth = 1,
             .reference = fmt::format("#{}", item.number),
             .title = printable(item.title),
-            .isTitleHighlighted = isHighlighted(item.title, input.flags.searchHighlight),
+            .isTitleHighlighted = context.search.isIn(item.title),
             .metadata = {.labels = metadataLabels(item.labels)}};
 }
 
-Row issueRow(const SectionInput& input, const GitHubIssue& issue) {
+Row issueRow(const SectionContext& context, const GitHubIssue& issue) {
     const bool isOpen = lowercased(issue.state) == "open";
-    Row row = itemRow(input, SubsectionKey::issues, issue);
+    Row row = itemRow(context, SubsectionKey::issues, issue);
     row.symbol = isOpen ? "circle" : "circle.fill";
     row.symbolColor = isOpen ? StatusColor::green : StatusColor::secondary;
     row.click = openUrlAction(issue.url, fmt::format("Open issue #{}", issue.number));
@@ -71,8 +70,8 @@ std::string pullRequestHelp(const GitHubPullRequest& pullRequest) {
     return help;
 }
 
-Row pullRequestRow(const SectionInput& input, const GitHubPullRequest& pullRequest) {
-    Row row = itemRow(input, SubsectionKey::pullRequests, pullRequest);
+Row pullRequestRow(const SectionContext& context, const GitHubPullRequest& pullRequest) {
+    Row row = itemRow(context, SubsectionKey::pullRequests, pullRequest);
     row.symbol = "arrow.triangle.merge";
     if (pullRequest.isDraft) row.metadata.status = "Draft";
     row.help = pullRequestHelp(pullRequest);
@@ -103,14 +102,15 @@ struct ItemList {
     const ImmutableList<Item>& items;
     std::string_view loading;
     std::string_view none;
-    Row (*row)(const SectionInput&, const Item&);
-    std::string_view accessiblePlural;
+    Row (*row)(const SectionContext&, const Item&);
+    std::string_view oneMore;  // for those who hear it
+    std::string_view severalMore;
 };
 
 // Numbers are the identity. That of a broken cache could name one twice.
 template <class Item>
-Row rowAt(const SectionInput& input, const ItemList<Item>& list, std::size_t index) {
-    Row row = list.row(input, list.items[index]);
+Row rowAt(const SectionContext& context, const ItemList<Item>& list, std::size_t index) {
+    Row row = list.row(context, list.items[index]);
     const auto* const begin = list.items.begin();
     const auto* const item = begin + index;
     if (std::find_if(begin, item,
@@ -121,11 +121,11 @@ Row rowAt(const SectionInput& input, const ItemList<Item>& list, std::size_t ind
 }
 
 template <class Item>
-void emitStateOfEmpty(const SectionInput& input, const ItemList<Item>& list, RowSink& sink) {
+void emitStateOfEmpty(const SectionContext& context, const ItemList<Item>& list, RowSink& sink) {
     sink.add(Row::Kind::state, [&] {
         const std::string id =
-            rowIdBelow(rowIdBelow(input.repository.path, "state"), list.subsection.key);
-        if (input.flags.issueScanInProgress) {
+            rowIdBelow(rowIdBelow(context.repository.path, "state"), list.subsection.key);
+        if (context.flags.issueScanInProgress) {
             return inlineStateRow({.id = id, .text = list.loading, .isLoading = true});
         }
         return inlineStateRow({.id = id, .text = list.none, .systemImage = "checkmark.circle"});
@@ -133,54 +133,58 @@ void emitStateOfEmpty(const SectionInput& input, const ItemList<Item>& list, Row
 }
 
 template <class Item>
-void emitItems(const SectionInput& input, ItemList<Item> list, RowSink& sink) {
+void emitItems(const SectionContext& context, ItemList<Item> list, RowSink& sink) {
     list.subsection.count = static_cast<std::int64_t>(list.items.size());
-    list.subsection.headerAccessory = issueRefreshAccessory(input.flags);
-    emitSubsection(input, list.subsection, sink, [&] {
-        if (list.items.empty()) return emitStateOfEmpty(input, list, sink);
+    list.subsection.headerAccessory = issueRefreshAccessory(context.flags);
+    emitSubsection(context, list.subsection, sink, [&] {
+        if (list.items.empty()) return emitStateOfEmpty(context, list, sink);
         const std::size_t shown = std::min(list.items.size(), maximumShownItems);
         for (std::size_t index = 0; index < shown; ++index) {
-            sink.add(list.kind, [&] { return rowAt(input, list, index); });
+            sink.add(list.kind, [&] { return rowAt(context, list, index); });
         }
         if (list.items.size() == shown) return;
         sink.add(Row::Kind::more, [&] {
             const std::size_t rest = list.items.size() - shown;
             return moreRow(
-                {.id = rowIdBelow(rowIdBelow(input.repository.path, "more"), list.subsection.key),
+                {.id = rowIdBelow(rowIdBelow(context.repository.path, "more"), list.subsection.key),
                  .title = fmt::format("... and {} more on GitHub", rest),
-                 .accessibleName =
-                     fmt::format("And {} more {} on GitHub", rest, list.accessiblePlural)});
+                 .accessibleName = fmt::format(
+                     "And {} on GitHub", countedWords(static_cast<std::int64_t>(rest), list.oneMore,
+                                                      list.severalMore))});
         });
     });
 }
 
 }  // namespace
 
-void emitIssuesSection(const SectionInput& input, RowSink& sink) {
-    emitItems<GitHubIssue>(input,
+void emitIssuesSection(const SectionContext& context, RowSink& sink) {
+    emitItems<GitHubIssue>(context,
                            {.subsection = {.key = SubsectionKey::issues,
                                            .title = "Issues",
                                            .icon = "exclamationmark.bubble",
-                                           .isExpanded = input.state.showIssuesSection},
+                                           .isExpanded = context.state.showIssuesSection},
                             .kind = Row::Kind::issue,
-                            .items = input.repository.issues,
+                            .items = context.repository.issues,
                             .loading = "Loading issues...",
                             .none = "No open issues",
                             .row = issueRow,
-                            .accessiblePlural = "issues"},
+                            .oneMore = "more issue",
+                            .severalMore = "more issues"},
                            sink);
-    emitItems<GitHubPullRequest>(input,
-                                 {.subsection = {.key = SubsectionKey::pullRequests,
-                                                 .title = "Pull Requests",
-                                                 .icon = "arrow.triangle.merge",
-                                                 .isExpanded = input.state.showPullRequestsSection},
-                                  .kind = Row::Kind::pullRequest,
-                                  .items = input.repository.pullRequests,
-                                  .loading = "Loading pull requests...",
-                                  .none = "No open pull requests",
-                                  .row = pullRequestRow,
-                                  .accessiblePlural = "pull requests"},
-                                 sink);
+    emitItems<GitHubPullRequest>(
+        context,
+        {.subsection = {.key = SubsectionKey::pullRequests,
+                        .title = "Pull Requests",
+                        .icon = "arrow.triangle.merge",
+                        .isExpanded = context.state.showPullRequestsSection},
+         .kind = Row::Kind::pullRequest,
+         .items = context.repository.pullRequests,
+         .loading = "Loading pull requests...",
+         .none = "No open pull requests",
+         .row = pullRequestRow,
+         .oneMore = "more pull request",
+         .severalMore = "more pull requests"},
+        sink);
 }
 
 }  // namespace tarnbeck

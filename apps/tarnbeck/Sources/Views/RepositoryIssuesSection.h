@@ -1,11 +1,11 @@
 // The open issues and pull requests of one repository, as rows. Pure, any thread.
 #pragma once
 
+#include "RowParts.h"
 #include "RowSink.h"
-#include "SectionContent.h"
 
 namespace tarnbeck {
 
-void emitIssuesSection(const SectionInput& input, RowSink& sink);
+void emitIssuesSection(const SectionContext& context, RowSink& sink);
 
 }  // namespace tarnbeck

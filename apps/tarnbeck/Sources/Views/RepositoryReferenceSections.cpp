@@ -5,7 +5,6 @@
 #include "GitReferenceVisibility.h"
 #include "RepositoryGitDetails.h"
 #include "RowParts.h"
-#include "SearchHighlight.h"
 #include "Text.h"
 
 namespace tarnbeck {
@@ -20,16 +19,17 @@ struct ReferenceKind {
     std::string_view help;
     std::string_view toast;
     std::string_view accessibleKind;
-    std::string_view accessiblePlural;
+    std::string_view oneMore;  // for those who hear it
+    std::string_view severalMore;
 };
 
-Row referenceRow(const SectionInput& input, std::string_view key, const ReferenceKind& kind,
+Row referenceRow(const SectionContext& context, std::string_view key, const ReferenceKind& kind,
                  const std::string& name) {
-    Row row{.id = rowIdBelow(rowIdBelow(input.repository.path, key), name),
+    Row row{.id = rowIdBelow(rowIdBelow(context.repository.path, key), name),
             .depth = 1,
             .symbol = kind.symbol,
             .title = printable(name),
-            .isTitleHighlighted = isHighlighted(name, input.flags.searchHighlight)};
+            .isTitleHighlighted = context.search.isIn(name)};
     row.accessibleName = std::string(kind.accessibleKind) + " " + row.title;
     row.actions.push_back(copyAction({name, kind.help, kind.toast}));
     return row;
@@ -37,63 +37,72 @@ Row referenceRow(const SectionInput& input, std::string_view key, const Referenc
 
 // Names are shown up to a limit, and a word on the rest.
 template <class Names>
-void emitReferences(const SectionInput& input, const CollapsibleSubsection& subsection,
+void emitReferences(const SectionContext& context, const CollapsibleSubsection& subsection,
                     const ReferenceKind& kind, const Names& names, RowSink& sink) {
-    emitSubsection(input, subsection, sink, [&] {
+    emitSubsection(context, subsection, sink, [&] {
         const std::size_t shown = std::min(names.size(), maximumShownReferences);
         for (std::size_t index = 0; index < shown; ++index) {
             sink.add(kind.kind,
-                     [&] { return referenceRow(input, subsection.key, kind, names[index]); });
+                     [&] { return referenceRow(context, subsection.key, kind, names[index]); });
         }
         if (names.size() == shown) return;
         sink.add(Row::Kind::more, [&] {
             const std::size_t rest = names.size() - shown;
             return moreRow(
-                {.id = rowIdBelow(rowIdBelow(input.repository.path, "more"), subsection.key),
+                {.id = rowIdBelow(rowIdBelow(context.repository.path, "more"), subsection.key),
                  .title = andMore(rest),
-                 .accessibleName = "And " + std::to_string(rest) + " more " +
-                                   std::string(kind.accessiblePlural)});
+                 .accessibleName = "And " + countedWords(static_cast<std::int64_t>(rest),
+                                                         kind.oneMore, kind.severalMore)});
         });
     });
 }
 
-void emitRemoteSection(const SectionInput& input, RowSink& sink) {
+void emitRemoteSection(const SectionContext& context, RowSink& sink) {
     const auto names =
-        GitReferenceVisibility::visibleRemoteBranches(input.repository.remoteBranches);
+        GitReferenceVisibility::visibleRemoteBranches(context.repository.remoteBranches);
     if (names.empty()) return;
     const CollapsibleSubsection subsection{.key = SubsectionKey::remote,
                                            .title = "Remote",
                                            .icon = "cloud",
                                            .count = static_cast<std::int64_t>(names.size()),
-                                           .isExpanded = input.state.showRemoteSection};
-    const ReferenceKind kind{Row::Kind::remoteBranch, "cloud",         "Copy remote branch name",
-                             "Remote branch copied",  "Remote branch", "remote branches"};
-    emitReferences(input, subsection, kind, names, sink);
+                                           .isExpanded = context.state.showRemoteSection};
+    const ReferenceKind kind{.kind = Row::Kind::remoteBranch,
+                             .symbol = "cloud",
+                             .help = "Copy remote branch name",
+                             .toast = "Remote branch copied",
+                             .accessibleKind = "Remote branch",
+                             .oneMore = "more remote branch",
+                             .severalMore = "more remote branches"};
+    emitReferences(context, subsection, kind, names, sink);
 }
 
-void emitTagsSection(const SectionInput& input, RowSink& sink) {
-    const ImmutableList<std::string>& names = input.repository.tags;
+void emitTagsSection(const SectionContext& context, RowSink& sink) {
+    const ImmutableList<std::string>& names = context.repository.tags;
     if (names.empty()) return;
     const CollapsibleSubsection subsection{.key = SubsectionKey::tags,
                                            .title = "Tags",
                                            .icon = "tag",
                                            .count = static_cast<std::int64_t>(names.size()),
-                                           .isExpanded = input.state.showTagsSection};
-    const ReferenceKind kind{Row::Kind::tag,    "tag", "Copy tag name",
-                             "Tag name copied", "Tag", "tags"};
-    emitReferences(input, subsection, kind, names, sink);
+                                           .isExpanded = context.state.showTagsSection};
+    const ReferenceKind kind{.kind = Row::Kind::tag,
+                             .symbol = "tag",
+                             .help = "Copy tag name",
+                             .toast = "Tag name copied",
+                             .accessibleKind = "Tag",
+                             .oneMore = "more tag",
+                             .severalMore = "more tags"};
+    emitReferences(context, subsection, kind, names, sink);
 }
 
-Row stashRow(const SectionInput& input, const GitStash& stash) {
+Row stashRow(const SectionContext& context, const GitStash& stash) {
     const bool hasSubject = !stash.subject.empty();
-    Row row{.id = rowIdBelow(rowIdBelow(input.repository.path, SubsectionKey::stashes),
+    Row row{.id = rowIdBelow(rowIdBelow(context.repository.path, SubsectionKey::stashes),
                              stash.reference),
             .depth = 1,
             .symbol = "tray.full",
             .title = hasSubject ? printable(stash.subject) : "No stash message",
             .isTitleSecondary = !hasSubject,
-            .isTitleHighlighted =
-                hasSubject && isHighlighted(stash.subject, input.flags.searchHighlight),
+            .isTitleHighlighted = hasSubject && context.search.isIn(stash.subject),
             .metadata = {.labels = {printable(stash.reference)}}};
     row.accessibleName = "Stash " + printable(stash.reference) + ", " + row.title;
     row.actions.push_back(
@@ -101,17 +110,17 @@ Row stashRow(const SectionInput& input, const GitStash& stash) {
     return row;
 }
 
-void emitStashSection(const SectionInput& input, RowSink& sink) {
-    const GitRepository& repository = input.repository;
+void emitStashSection(const SectionContext& context, RowSink& sink) {
+    const GitRepository& repository = context.repository;
     if (repository.stashCount <= 0) return;
     const CollapsibleSubsection subsection{.key = SubsectionKey::stashes,
                                            .title = "Stashes",
                                            .icon = "tray.full",
                                            .count = repository.stashCount,
-                                           .isExpanded = input.state.showStashesSection};
-    emitSubsection(input, subsection, sink, [&] {
+                                           .isExpanded = context.state.showStashesSection};
+    emitSubsection(context, subsection, sink, [&] {
         for (const GitStash& stash : repository.stashes) {
-            sink.add(Row::Kind::stash, [&] { return stashRow(input, stash); });
+            sink.add(Row::Kind::stash, [&] { return stashRow(context, stash); });
         }
         if (!repository.stashes.empty()) return;
         sink.add(Row::Kind::state, [&] {
@@ -124,10 +133,10 @@ void emitStashSection(const SectionInput& input, RowSink& sink) {
 
 }  // namespace
 
-void emitReferenceSections(const SectionInput& input, RowSink& sink) {
-    if (input.flags.showRemotes) emitRemoteSection(input, sink);
-    if (input.flags.showTags) emitTagsSection(input, sink);
-    emitStashSection(input, sink);
+void emitReferenceSections(const SectionContext& context, RowSink& sink) {
+    if (context.flags.showRemotes) emitRemoteSection(context, sink);
+    if (context.flags.showTags) emitTagsSection(context, sink);
+    emitStashSection(context, sink);
 }
 
 }  // namespace tarnbeck

@@ -6,7 +6,6 @@
 
 #include <fmt/format.h>
 
-#include "SearchHighlight.h"
 #include "Text.h"
 
 namespace tarnbeck {
@@ -17,14 +16,14 @@ bool tellsOfUpstream(const std::string& part) {
            part.starts_with("diverged ");
 }
 
-std::vector<std::string> headerSummaryParts(const SectionInput& input) {
-    const GitRepository& repository = input.repository;
+std::vector<std::string> headerSummaryParts(const SectionContext& context) {
+    const GitRepository& repository = context.repository;
     std::vector<std::string> parts;
-    if (input.flags.showGitDetails) {
+    if (context.flags.showGitDetails) {
         parts = repository.summaryParts();
         std::erase_if(parts, tellsOfUpstream);  // the badge does
     }
-    if (input.flags.showIssuesOnly) {
+    if (context.flags.showIssuesOnly) {
         if (const std::size_t count = repository.issues.size(); count > 0) {
             parts.push_back(fmt::format("{} issues", count));
         }
@@ -32,7 +31,7 @@ std::vector<std::string> headerSummaryParts(const SectionInput& input) {
             parts.push_back(fmt::format("{} PRs", count));
         }
     }
-    if (input.flags.showDependencyDetails) {
+    if (context.flags.showDependencyDetails) {
         if (auto summary = repository.dependencySummary.inlineSummary()) {
             parts.push_back(*std::move(summary));
         }
@@ -67,22 +66,22 @@ HeaderRefresh headerRefresh(const SectionFlags& flags) {
             flags.canRefreshGit || flags.canRefreshIssues || flags.canRefreshDependencies};
 }
 
-bool canFastForward(const SectionInput& input) {
-    const GitRepository& repository = input.repository;
+bool canFastForward(const SectionContext& context) {
+    const GitRepository& repository = context.repository;
     return !repository.gitConfigurationIssue && repository.syncStatus.is<GitSyncStatus::Behind>() &&
            repository.uncommittedChanges.empty() && !repository.isDetachedHead &&
-           input.flags.canSyncRepo;
+           context.flags.canSyncRepo;
 }
 
-std::vector<RowAction> headerActions(const SectionInput& input) {
-    const HeaderRefresh refresh = headerRefresh(input.flags);
+std::vector<RowAction> headerActions(const SectionContext& context) {
+    const HeaderRefresh refresh = headerRefresh(context.flags);
     const RowAction refreshAction{.kind = RowActionKind::refresh,
                                   .symbol = "arrow.clockwise",
                                   .help = std::string(refresh.tooltip),
                                   .isInProgress = refresh.isInProgress};
     if (refresh.isInProgress) return {refreshAction};
     std::vector<RowAction> actions;
-    if (canFastForward(input)) {
+    if (canFastForward(context)) {
         actions.push_back({.kind = RowActionKind::sync,
                            .symbol = "arrow.triangle.2.circlepath",
                            .help = "Fetch remote changes and fast-forward this repository"});
@@ -130,12 +129,12 @@ StatusBadge dependencyBadge(DependencyHealth status) {
     return {"Deps", "Error", StatusColor::red};
 }
 
-std::vector<StatusBadge> headerBadges(const SectionInput& input) {
+std::vector<StatusBadge> headerBadges(const SectionContext& context) {
     std::vector<StatusBadge> badges;
-    if (input.flags.showGitDetails) badges.push_back(gitBadge(input.repository));
-    if (auto badge = syncBadge(input.repository.syncStatus)) badges.push_back(*std::move(badge));
-    if (input.flags.showDependencyDetails) {
-        badges.push_back(dependencyBadge(input.repository.dependencySummary.status()));
+    if (context.flags.showGitDetails) badges.push_back(gitBadge(context.repository));
+    if (auto badge = syncBadge(context.repository.syncStatus)) badges.push_back(*std::move(badge));
+    if (context.flags.showDependencyDetails) {
+        badges.push_back(dependencyBadge(context.repository.dependencySummary.status()));
     }
     return badges;
 }
@@ -159,14 +158,14 @@ std::string wordsOfBadge(const StatusBadge& badge, const GitRepository& reposito
     return "Dependencies " + (badge.value == "n/a" ? "not applicable" : badge.value);
 }
 
-std::string headerAccessibleName(const SectionInput& input, const SectionHeader& header) {
+std::string headerAccessibleName(const SectionContext& context, const SectionHeader& header) {
     std::vector<std::string> words = {header.name};
-    if (const auto icon = wordsOfIcon(input.repository);
-        !input.flags.showGitDetails && !icon.empty()) {
+    if (const auto icon = wordsOfIcon(context.repository);
+        !context.flags.showGitDetails && !icon.empty()) {
         words.emplace_back(icon);
     }
     for (const StatusBadge& badge : header.badges) {
-        words.push_back(wordsOfBadge(badge, input.repository));
+        words.push_back(wordsOfBadge(badge, context.repository));
     }
     words.insert(words.end(), header.summaryParts.begin(), header.summaryParts.end());
     if (header.canCollapse) words.emplace_back(header.isExpanded ? "expanded" : "collapsed");
@@ -182,19 +181,18 @@ DomainMode domainOf(const SectionFlags& flags) {
     return flags.showIssuesOnly ? DomainMode::issues : DomainMode::dependencies;
 }
 
-SectionHeader sectionHeader(const SectionInput& input) {
-    const GitRepository& repository = input.repository;
-    SectionHeader header{
-        .canCollapse = input.flags.canCollapse,
-        .isExpanded = input.flags.isExpanded,
-        .statusIcon = repository.statusIcon(),
-        .statusColor = repository.statusColor(),
-        .name = printable(repository.name),
-        .isNameHighlighted = isHighlighted(repository.name, input.flags.searchHighlight),
-        .summaryParts = headerSummaryParts(input),
-        .actions = headerActions(input),
-        .badges = headerBadges(input)};
-    header.accessibleName = headerAccessibleName(input, header);
+SectionHeader sectionHeader(const SectionContext& context) {
+    const GitRepository& repository = context.repository;
+    SectionHeader header{.canCollapse = context.flags.canCollapse,
+                         .isExpanded = context.flags.isExpanded,
+                         .statusIcon = repository.statusIcon(),
+                         .statusColor = repository.statusColor(),
+                         .name = printable(repository.name),
+                         .isNameHighlighted = context.search.isIn(repository.name),
+                         .summaryParts = headerSummaryParts(context),
+                         .actions = headerActions(context),
+                         .badges = headerBadges(context)};
+    header.accessibleName = headerAccessibleName(context, header);
     return header;
 }
 

@@ -4,13 +4,13 @@
 #include <optional>
 
 #include "MainViewContent.h"
-#include "SectionContent.h"
+#include "RowParts.h"
 
 namespace tarnbeck {
 
 // The domain whose flags these are.
 DomainMode domainOf(const SectionFlags& flags);
 
-SectionHeader sectionHeader(const SectionInput& input);
+SectionHeader sectionHeader(const SectionContext& context);
 
 }  // namespace tarnbeck

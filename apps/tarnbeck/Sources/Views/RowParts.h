@@ -7,11 +7,20 @@
 #include <string>
 #include <string_view>
 
+#include "CaseInsensitiveSearch.h"
 #include "Row.h"
 #include "RowSink.h"
 #include "SectionContent.h"
 
 namespace tarnbeck {
+
+// What decides on the rows of a section; made once for all of them.
+struct SectionContext {
+    const GitRepository& repository;
+    const SectionState& state;
+    const SectionFlags& flags;
+    const CaseInsensitiveSearch& search;  // for what is highlighted
+};
 
 // The subsections of a section, by the component that names them in row ids and in what is stored.
 namespace SubsectionKey {
@@ -42,10 +51,10 @@ Row subsectionRow(const std::string& path, CollapsibleSubsection subsection);
 
 // Adds the header of the subsection, and then what `content` adds if it is open.
 template <class Content>
-void emitSubsection(const SectionInput& input, const CollapsibleSubsection& subsection,
+void emitSubsection(const SectionContext& context, const CollapsibleSubsection& subsection,
                     RowSink& sink, Content content) {
     sink.add(Row::Kind::subsection,
-             [&] { return subsectionRow(input.repository.path, subsection); });
+             [&] { return subsectionRow(context.repository.path, subsection); });
     if (subsection.isExpanded) content();
 }
 

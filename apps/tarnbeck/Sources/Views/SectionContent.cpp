@@ -9,9 +9,9 @@
 namespace tarnbeck {
 namespace {
 
-bool hasVisibleGitDetails(const SectionInput& input) {
-    const GitRepository& repository = input.repository;
-    const SectionFlags& flags = input.flags;
+bool hasVisibleGitDetails(const SectionContext& context) {
+    const GitRepository& repository = context.repository;
+    const SectionFlags& flags = context.flags;
     using namespace GitReferenceVisibility;
     return !repository.branches.empty() || !visibleWorktrees(repository.worktrees).empty() ||
            (flags.showRemotes && !visibleRemoteBranches(repository.remoteBranches).empty()) ||
@@ -19,30 +19,33 @@ bool hasVisibleGitDetails(const SectionInput& input) {
            repository.isDetachedHead || flags.showIssues;
 }
 
-bool hasVisibleDetails(const SectionInput& input) {
-    return (input.flags.showGitDetails && hasVisibleGitDetails(input)) ||
-           input.flags.showIssuesOnly || input.flags.showDependencyDetails;
+bool hasVisibleDetails(const SectionContext& context) {
+    return (context.flags.showGitDetails && hasVisibleGitDetails(context)) ||
+           context.flags.showIssuesOnly || context.flags.showDependencyDetails;
 }
 
-void emitDetails(const SectionInput& input, RowSink& sink) {
-    if (!input.flags.isExpanded || !hasVisibleDetails(input)) return;
-    if (input.flags.showGitDetails) emitGitDetails(input, sink);
-    if (input.flags.showIssuesOnly) emitIssuesSection(input, sink);
+void emitDetails(const SectionContext& context, RowSink& sink) {
+    if (!context.flags.isExpanded || !hasVisibleDetails(context)) return;
+    if (context.flags.showGitDetails) emitGitDetails(context, sink);
+    if (context.flags.showIssuesOnly) emitIssuesSection(context, sink);
 }
 
 }  // namespace
 
 SectionContent sectionContent(const SectionInput& input) {
-    SectionContent content{.path = input.repository.path, .header = sectionHeader(input)};
+    const CaseInsensitiveSearch search(input.flags.searchHighlight);
+    const SectionContext context{input.repository, input.state, input.flags, search};
+    SectionContent content{.path = input.repository.path, .header = sectionHeader(context)};
     RowSink sink(content.rows);
-    emitDetails(input, sink);
+    emitDetails(context, sink);
     return content;
 }
 
 std::vector<Row::Kind> sectionRowKinds(const SectionInput& input) {
+    const CaseInsensitiveSearch search(input.flags.searchHighlight);
     std::vector<Row::Kind> kinds;
     RowSink sink(kinds);
-    emitDetails(input, sink);
+    emitDetails({input.repository, input.state, input.flags, search}, sink);
     return kinds;
 }
 
