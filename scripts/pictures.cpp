@@ -118,7 +118,18 @@ class Studio {
     void save(const std::string& name) {
         settle();
         const QString file = QString::fromStdString(folder_ + "/" + name + ".png");
-        if (!window_->grabWindow().save(file)) qFatal("%s can't be written", qPrintable(file));
+        const QImage picture = window_->grabWindow();
+        if (!picture.save(file)) qFatal("%s can't be written", qPrintable(file));
+        // What was drawn bit by bit must be what is drawn at once.
+        const QSize size = window_->size();
+        window_->resize(size + QSize(1, 1));
+        settle();
+        window_->resize(size);
+        settle();
+        const QImage whole = window_->grabWindow();
+        if (whole == picture) return;
+        qWarning("%s is drawn otherwise at once", name.c_str());
+        whole.save(QString::fromStdString(folder_ + "/" + name + "-at-once.png"));
     }
 
     // Lets animations end, and what was posted run.
@@ -169,6 +180,7 @@ void openBranches(MainView& view, const std::string& path) {
 
 void openAll(MainView& view, const std::string& path) {
     const auto section = view.section(path);
+    if (!section) return;  // not listed now
     for (const Row& row : section->rows) {
         if (row.isExpanded == false) {
             view.perform({.path = path, .rowId = row.id, .kind = RowActionKind::toggle});
@@ -231,7 +243,7 @@ void drawPopover(Studio& studio) {
 int main(int argumentCount, char** arguments) {
     using namespace tarnbeck;
     if (argumentCount < 2) qFatal("Usage: pictures FOLDER [light]");
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
     const bool isLight = argumentCount > 2 && std::string_view(arguments[2]) == "light";
     if (isLight) qputenv("XDG_CURRENT_DESKTOP", "pictures");

@@ -103,7 +103,8 @@ struct ItemList {
     std::string_view loading;
     std::string_view none;
     Row (*row)(const SectionContext&, const Item&);
-    std::string_view accessiblePlural;
+    std::string_view oneMore;  // for those who hear it
+    std::string_view severalMore;
 };
 
 // Numbers are the identity. That of a broken cache could name one twice.
@@ -147,8 +148,9 @@ void emitItems(const SectionContext& context, ItemList<Item> list, RowSink& sink
             return moreRow(
                 {.id = rowIdBelow(rowIdBelow(context.repository.path, "more"), list.subsection.key),
                  .title = fmt::format("... and {} more on GitHub", rest),
-                 .accessibleName =
-                     fmt::format("And {} more {} on GitHub", rest, list.accessiblePlural)});
+                 .accessibleName = fmt::format(
+                     "And {} on GitHub", countedWords(static_cast<std::int64_t>(rest), list.oneMore,
+                                                      list.severalMore))});
         });
     });
 }
@@ -166,7 +168,8 @@ void emitIssuesSection(const SectionContext& context, RowSink& sink) {
                             .loading = "Loading issues...",
                             .none = "No open issues",
                             .row = issueRow,
-                            .accessiblePlural = "issues"},
+                            .oneMore = "more issue",
+                            .severalMore = "more issues"},
                            sink);
     emitItems<GitHubPullRequest>(
         context,
@@ -179,7 +182,8 @@ void emitIssuesSection(const SectionContext& context, RowSink& sink) {
          .loading = "Loading pull requests...",
          .none = "No open pull requests",
          .row = pullRequestRow,
-         .accessiblePlural = "pull requests"},
+         .oneMore = "more pull request",
+         .severalMore = "more pull requests"},
         sink);
 }
 

@@ -19,7 +19,8 @@ struct ReferenceKind {
     std::string_view help;
     std::string_view toast;
     std::string_view accessibleKind;
-    std::string_view accessiblePlural;
+    std::string_view oneMore;  // for those who hear it
+    std::string_view severalMore;
 };
 
 Row referenceRow(const SectionContext& context, std::string_view key, const ReferenceKind& kind,
@@ -50,8 +51,8 @@ void emitReferences(const SectionContext& context, const CollapsibleSubsection& 
             return moreRow(
                 {.id = rowIdBelow(rowIdBelow(context.repository.path, "more"), subsection.key),
                  .title = andMore(rest),
-                 .accessibleName = "And " + std::to_string(rest) + " more " +
-                                   std::string(kind.accessiblePlural)});
+                 .accessibleName = "And " + countedWords(static_cast<std::int64_t>(rest),
+                                                         kind.oneMore, kind.severalMore)});
         });
     });
 }
@@ -65,8 +66,13 @@ void emitRemoteSection(const SectionContext& context, RowSink& sink) {
                                            .icon = "cloud",
                                            .count = static_cast<std::int64_t>(names.size()),
                                            .isExpanded = context.state.showRemoteSection};
-    const ReferenceKind kind{Row::Kind::remoteBranch, "cloud",         "Copy remote branch name",
-                             "Remote branch copied",  "Remote branch", "remote branches"};
+    const ReferenceKind kind{.kind = Row::Kind::remoteBranch,
+                             .symbol = "cloud",
+                             .help = "Copy remote branch name",
+                             .toast = "Remote branch copied",
+                             .accessibleKind = "Remote branch",
+                             .oneMore = "more remote branch",
+                             .severalMore = "more remote branches"};
     emitReferences(context, subsection, kind, names, sink);
 }
 
@@ -78,8 +84,13 @@ void emitTagsSection(const SectionContext& context, RowSink& sink) {
                                            .icon = "tag",
                                            .count = static_cast<std::int64_t>(names.size()),
                                            .isExpanded = context.state.showTagsSection};
-    const ReferenceKind kind{Row::Kind::tag,    "tag", "Copy tag name",
-                             "Tag name copied", "Tag", "tags"};
+    const ReferenceKind kind{.kind = Row::Kind::tag,
+                             .symbol = "tag",
+                             .help = "Copy tag name",
+                             .toast = "Tag name copied",
+                             .accessibleKind = "Tag",
+                             .oneMore = "more tag",
+                             .severalMore = "more tags"};
     emitReferences(context, subsection, kind, names, sink);
 }
 

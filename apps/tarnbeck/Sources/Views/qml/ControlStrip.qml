@@ -41,7 +41,6 @@ Item {
 
         anchors.fill: parent
         boundsBehavior: Flickable.StopAtBounds
-        clip: true
         contentHeight: height
         contentWidth: content.width + 24
         interactive: false

@@ -100,6 +100,14 @@ QVariant valueOf(const Row& row, int role) {
     }
 }
 
+// Whether it tells something else, and does not only look otherwise because it was opened, is being
+// worked on or is searched for.
+bool tellsTheSame(const Row& one, const Row& other) {
+    return one.title == other.title && one.status == other.status &&
+           one.countLabel == other.countLabel && one.symbol == other.symbol &&
+           one.metadata == other.metadata;
+}
+
 struct RowReference {
     const Row* row;
     bool operator==(const RowReference& other) const { return *row == *other.row; }
@@ -120,7 +128,7 @@ void RowModel::setRows(const std::vector<Row>& rows) {
             return Held{.key = nextKey_++, .changes = 0, .row = rows[index]};
         },
         [&](Held& held, std::size_t index) {
-            ++held.changes;
+            if (!tellsTheSame(held.row, rows[index])) ++held.changes;
             held.row = rows[index];
         });
 }

@@ -31,7 +31,7 @@ void SectionAdapter::refresh(std::uint64_t revision) {
     if (revision == revision_) return;
     revision_ = revision;
     const auto content = view_.section(path_);
-    if (!content || content == content_) return;
+    if (!content) return;
     const bool isHeaderChanged = !(content->header == content_->header);
     content_ = content;
     rows_.setRows(content_->rows);
@@ -39,6 +39,11 @@ void SectionAdapter::refresh(std::uint64_t revision) {
     actions_ = actionValues(content_->header.actions);
     badges_ = badgeValues(content_->header.badges);
     Q_EMIT headerChanged();
+}
+
+void SectionAdapter::rest() {
+    revision_ = 0;
+    rows_.setRows({});
 }
 
 QString SectionAdapter::statusIcon() const {

@@ -1,5 +1,4 @@
-// One repository's section as QML binds to it. Main thread; lives as long as its repository is
-// listed.
+// One repository's section as QML binds to it. Main thread; lives as long as the model.
 #pragma once
 
 #include <QObject>
@@ -39,6 +38,9 @@ class SectionAdapter : public QObject {
     const std::string& path() const { return path_; }
     // Takes over what the view shows now, if that has changed since the last time.
     void refresh(std::uint64_t revision);
+
+    // Forgets its rows, until it is asked for again.
+    void rest();
 
     bool canCollapse() const { return header().canCollapse; }
     bool isExpanded() const { return header().isExpanded; }

@@ -28,7 +28,7 @@ void SectionListModel::setList(const SectionList* list) {
     entries_ = list ? list->entries : std::vector<SectionList::Entry>();
     place();
     show(inSight());
-    dropAdaptersOfGonePaths();
+    restAdaptersOfGonePaths();
     Q_EMIT countChanged();
 }
 
@@ -104,16 +104,12 @@ SectionAdapter* SectionListModel::adapterOf(const Shown& shown) const {
     return adapter.get();
 }
 
-void SectionListModel::dropAdaptersOfGonePaths() {
+// Their delegates may still be there for a while, and the paths may come back.
+void SectionListModel::restAdaptersOfGonePaths() {
     std::unordered_set<std::string_view> present;
     for (const SectionList::Entry& entry : entries_) present.insert(entry.path);
-    for (auto each = adapters_.begin(); each != adapters_.end();) {
-        if (present.contains(each->first)) {
-            ++each;
-            continue;
-        }
-        each->second.release()->deleteLater();  // its delegate goes after this turn
-        each = adapters_.erase(each);
+    for (const auto& [path, adapter] : adapters_) {
+        if (!present.contains(path)) adapter->rest();
     }
 }
 

@@ -67,7 +67,7 @@ class SectionListModel : public EditedListModel {
     std::vector<Shown> inSight() const;
     void show(std::vector<Shown> shown);
     SectionAdapter* adapterOf(const Shown& shown) const;
-    void dropAdaptersOfGonePaths();
+    void restAdaptersOfGonePaths();
 
     MainView& view_;
     ViewMode mode_ = ViewMode::columns;
