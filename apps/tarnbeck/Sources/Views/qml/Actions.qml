@@ -14,28 +14,30 @@ Row {
     spacing: 4
 
     Repeater {
-        model: root.actions
+        // Counted, so that a button that changes stays the same item.
+        model: root.actions.length
 
         IconButton {
             id: button
 
-            required property var modelData
+            required property int index
+            readonly property var action: root.actions[index] || ({})
 
             anchors.verticalCenter: parent.verticalCenter
             canFocus: root.canFocus
-            color: Style.statusColor(modelData.color)
-            help: modelData.help
-            hoverGround: modelData.color === "secondary" ? Style.pressed : Style.tinted(Style.statusColor(modelData.color), 0.26)
-            inProgress: modelData.inProgress
-            symbol: modelData.symbol
+            color: Style.statusColor(action.color)
+            help: action.help || ""
+            hoverGround: action.color === "secondary" ? Style.pressed : Style.tinted(Style.statusColor(action.color), 0.26)
+            inProgress: action.inProgress === true
+            symbol: action.symbol || ""
 
-            onClicked: root.performed(modelData.kind, modelData.occurrence)
+            onClicked: root.performed(action.kind, action.occurrence)
             onContextRequested: {
-                if (modelData.menuTitle !== "")
-                    Menus.open(button, modelData.menuTitle, [{
-                                "title": modelData.menuTitle,
-                                "symbol": modelData.symbol
-                            }], () => root.performed(modelData.kind, modelData.occurrence), Qt.point(0, height + 4))
+                if (action.menuTitle !== "")
+                    Menus.open(button, action.menuTitle, [{
+                                "title": action.menuTitle,
+                                "symbol": action.symbol
+                            }], () => root.performed(action.kind, action.occurrence), Qt.point(0, height + 4))
             }
         }
     }

@@ -6,6 +6,7 @@ Item {
     id: root
 
     required property MainViewAdapter view
+    required property color ground
     readonly property var strip: view.strip
 
     function takeSearchFocus() {
@@ -34,7 +35,7 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        color: Style.bar
+        color: root.ground
     }
     Flickable {
         id: flick
@@ -149,7 +150,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 name: "Filter"
                 selection: root.strip.filter
-                titles: root.strip.filters
+                titles: root.view.filters
                 width: 180
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
@@ -163,7 +164,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 name: "Domain"
                 selection: root.strip.domain
-                titles: root.strip.domains
+                titles: root.view.domains
                 width: 300
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
@@ -193,11 +194,11 @@ Item {
             orientation: Gradient.Horizontal
 
             GradientStop {
-                color: Style.tinted(Style.backdropBase, 0.0)
+                color: Style.tinted(root.ground, 0)
                 position: 0
             }
             GradientStop {
-                color: Style.tinted(Style.backdropBase, 0.95)
+                color: root.ground
                 position: 1
             }
         }

@@ -7,6 +7,7 @@ Item {
 
     required property MainViewAdapter view
     property bool isPopover: false
+    readonly property color ground: Style.ground(view.backdropOpacity)
 
     // Escape that nothing else wanted.
     signal dismissed
@@ -31,18 +32,10 @@ Item {
         }
     }
 
-    // The ground: a dark glass, as dense as configured.
+    // A dark glass, as dense as configured.
     Rectangle {
         anchors.fill: parent
-        color: Style.backdropBase
-    }
-    Rectangle {
-        anchors.fill: parent
-        color: Style.tinted(Style.backdrop, root.view.backdropOpacity)
-    }
-    Rectangle {
-        anchors.fill: parent
-        color: Style.finish
+        color: root.ground
     }
     FocusScope {
         id: everything
@@ -58,6 +51,7 @@ Item {
             width: parent.width
 
             sourceComponent: ControlStrip {
+                ground: Style.over(root.ground, Style.bar)
                 view: root.view
                 width: strip.width
             }
@@ -75,6 +69,7 @@ Item {
             id: bar
 
             anchors.bottom: parent.bottom
+            ground: Style.over(root.ground, Style.bar)
             view: root.view
             width: parent.width
         }

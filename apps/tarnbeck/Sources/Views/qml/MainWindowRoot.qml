@@ -11,10 +11,6 @@ Item {
 
     signal dismissed
 
-    Rectangle {
-        anchors.fill: parent
-        color: Style.backdropBase
-    }
     Loader {
         id: page
 

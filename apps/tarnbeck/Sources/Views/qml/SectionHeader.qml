@@ -119,15 +119,16 @@ Item {
             onPerformed: (kind, occurrence) => root.section.performHeader(kind, occurrence)
         }
         Repeater {
-            model: root.section.badges
+            model: root.section.badges.length
 
             Badge {
-                required property var modelData
+                required property int index
+                readonly property var badge: root.section.badges[index] || ({})
 
                 anchors.verticalCenter: parent.verticalCenter
-                title: modelData.title
-                value: modelData.value
-                valueColor: modelData.color
+                title: badge.title || ""
+                value: badge.value || ""
+                valueColor: badge.color || "secondary"
             }
         }
     }

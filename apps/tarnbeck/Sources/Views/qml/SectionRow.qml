@@ -37,6 +37,8 @@ Item {
     property bool isCurrent: false
     readonly property bool isSubsection: depth === 0 && chevron !== ""
     readonly property real inset: Style.rowLeadingInset + Math.max(0, depth - 1) * Style.rowPrimaryIconSlotWidth
+    // Of an issue only the number is a link; a pull request opens wherever it is clicked.
+    readonly property bool opensByLink: kind === 8
     readonly property bool showsActions: hover.hovered || isCurrent || controls.hasProgress
 
     signal touched
@@ -88,7 +90,7 @@ Item {
     HoverHandler {
         id: hover
 
-        cursorShape: root.isClickable && !root.isSubsection ? Qt.PointingHandCursor : Qt.ArrowCursor
+        cursorShape: root.isClickable && !root.isSubsection && !root.opensByLink ? Qt.PointingHandCursor : Qt.ArrowCursor
 
         onHoveredChanged: hovered ? Tips.enter(root, root.help !== "" ? root.help : title.truncated ? root.title : "") : Tips.leave(root)
     }
@@ -97,7 +99,8 @@ Item {
 
         onClicked: {
             root.touched()
-            root.activate()
+            if (!root.opensByLink)
+                root.activate()
         }
     }
     Item {
@@ -171,6 +174,15 @@ Item {
 
                 cursorShape: Qt.PointingHandCursor
                 enabled: root.opensReference
+            }
+            MouseArea {
+                anchors.fill: parent
+                enabled: root.opensReference
+
+                onClicked: {
+                    root.touched()
+                    root.activate()
+                }
             }
         }
         Rectangle {

@@ -7,6 +7,7 @@ Item {
     id: root
 
     required property MainViewAdapter view
+    required property color ground
     readonly property real room: width - 24
     readonly property bool showDetailPills: pills.implicitWidth + 20 + details.implicitWidth <= room
     readonly property bool showTrailingDetails: showDetailPills && pills.implicitWidth + 20 + details.implicitWidth + 32 + trailing.implicitWidth <= room
@@ -16,37 +17,41 @@ Item {
     height: Style.statusBarHeight
 
     component StatusPills: Row {
-        property alias model: repeater.model
+        id: row
+
+        property var values: []
 
         height: root.height
         spacing: 14
 
         Repeater {
-            id: repeater
+            // Counted, so that a pill whose text changes stays the same item.
+            model: row.values.length
 
             Row {
                 id: pill
 
-                required property var modelData
+                required property int index
+                readonly property var value: row.values[index] || ({})
 
-                Accessible.name: modelData.text
+                Accessible.name: value.text || ""
                 Accessible.role: Accessible.StaticText
                 height: root.height
                 spacing: 5
 
                 Symbol {
                     anchors.verticalCenter: parent.verticalCenter
-                    color: Style.statusColor(pill.modelData.color)
-                    name: pill.modelData.symbol
+                    color: Style.statusColor(pill.value.color)
+                    name: pill.value.symbol || ""
                     size: 12
                     visible: name !== ""
                 }
                 AppText {
                     Accessible.ignored: true
                     anchors.verticalCenter: parent.verticalCenter
-                    color: pill.modelData.isProminent ? Style.text : pill.modelData.symbol === "" ? Style.statusColor(pill.modelData.color) : Style.secondary
+                    color: pill.value.isProminent ? Style.text : pill.value.symbol === "" ? Style.statusColor(pill.value.color) : Style.secondary
                     font.pixelSize: Style.small
-                    text: pill.modelData.text
+                    text: pill.value.text || ""
                 }
             }
         }
@@ -54,7 +59,7 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        color: Style.bar
+        color: root.ground
     }
     Rectangle {
         color: Style.hairline
@@ -64,7 +69,7 @@ Item {
     StatusPills {
         id: pills
 
-        model: root.view.pills
+        values: root.view.pills
         x: 12
     }
     StatusPills {
@@ -72,7 +77,7 @@ Item {
 
         anchors.left: pills.right
         anchors.leftMargin: 20
-        model: root.view.detailPills
+        values: root.view.detailPills
         visible: root.showDetailPills
     }
     StatusPills {
@@ -80,7 +85,7 @@ Item {
 
         anchors.right: parent.right
         anchors.rightMargin: 12
-        model: root.view.trailingDetails
+        values: root.view.trailingDetails
         visible: root.showTrailingDetails
     }
 }

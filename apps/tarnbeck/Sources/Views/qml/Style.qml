@@ -56,6 +56,15 @@ QtObject {
         }
         return secondary
     }
+    // What is seen of a colour that lies over an opaque one. One opaque area is drawn in a fraction
+    // of the time that several layers take.
+    function over(ground, color) {
+        return Qt.rgba(ground.r + (color.r - ground.r) * color.a, ground.g + (color.g - ground.g) * color.a, ground.b + (color.b - ground.b) * color.a, 1)
+    }
+    // The ground of a window whose backdrop is as dense as told.
+    function ground(backdropOpacity) {
+        return over(over(backdropBase, tinted(backdrop, backdropOpacity)), finish)
+    }
     function tinted(color, opacity) {
         return Qt.rgba(color.r, color.g, color.b, opacity)
     }

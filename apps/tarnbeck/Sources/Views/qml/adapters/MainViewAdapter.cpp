@@ -55,9 +55,7 @@ QVariantMap stripValue(const ControlStrip& strip) {
             {"awake", pillValue(strip.awake)},
             {"awakeFailure", qtText(strip.awakeFailure)},
             {"settings", pillValue(strip.settings)},
-            {"filters", titlesOf(FilterMode{})},
             {"filter", static_cast<int>(strip.filter)},
-            {"domains", titlesOf(DomainMode{})},
             {"domain", static_cast<int>(strip.domain)},
             {"searchText", qtText(strip.searchText)}};
 }
@@ -118,6 +116,9 @@ void MainViewAdapter::takeArea() {
                },
                shown_.area);
 }
+
+QStringList MainViewAdapter::filters() const { return titlesOf(FilterMode{}); }
+QStringList MainViewAdapter::domains() const { return titlesOf(DomainMode{}); }
 
 QVariantList MainViewAdapter::pills() const {
     return statusPillValues(shown_.statusBar.pills);

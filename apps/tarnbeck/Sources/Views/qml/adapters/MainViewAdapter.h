@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 #include <QVariantList>
 #include <QVariantMap>
 #include <memory>
@@ -18,6 +19,8 @@ class MainViewAdapter : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("It belongs to its window")
     Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)  // empty: there is none
+    Q_PROPERTY(QStringList filters READ filters CONSTANT)
+    Q_PROPERTY(QStringList domains READ domains CONSTANT)
     Q_PROPERTY(QString area READ area NOTIFY areaChanged)  // "empty", "noMatch", "list", "columns"
     Q_PROPERTY(QVariantMap areaTexts READ areaTexts NOTIFY areaChanged)
     Q_PROPERTY(QVariantList pills READ pills NOTIFY statusBarChanged)
@@ -35,6 +38,8 @@ class MainViewAdapter : public QObject {
     MainView& view() { return *view_; }
 
     QVariantMap strip() const { return strip_; }
+    QStringList filters() const;
+    QStringList domains() const;
     QString area() const { return area_; }
     QVariantMap areaTexts() const { return areaTexts_; }
     QVariantList pills() const;
