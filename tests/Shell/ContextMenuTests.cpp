@@ -103,7 +103,7 @@ TEST_F(ContextMenu, ScanNowAsksForEverythingButRemotes) {
 
 TEST_F(ContextMenu, SettingsOpensTheirWindow) {
     choose("Settings…");
-    EXPECT_THAT(shell.takeEvents(), ElementsAre("make Settings", "present settings"));
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("settings view", "front Settings", "activate"));
 }
 
 TEST_F(ContextMenu, KeepMacAwakeStartsAndStopsWithoutTouchingTheSetting) {

@@ -99,8 +99,10 @@ class DesktopByHand : public DesktopPlatform, public menubar_popover::PopoverPla
         for (const auto& window : windows_) all.push_back(window.get());
         return all;
     }
-    void installQuitMenu(std::string_view appName) override {
-        events.push_back("quit menu " + std::string(appName));
+    void setMainMenu(const app_commands::MainMenu& mainMenu) override {
+        for (const auto& item : mainMenu.items) {
+            for (const auto& command : item.submenu) events.push_back("menu " + command.title);
+        }
     }
     void terminate() override { events.emplace_back("terminate"); }
     bool hasStatusArea() const override { return statusArea; }
@@ -241,32 +243,63 @@ class CaffeinateByHand : public system_awake::CaffeinateLaunching {
     int count_ = 0;
 };
 
-// Makes windows of settings that note what happens to them.
-class SettingsWindowsByHand {
+// Makes windows that note what happens to them.
+class WindowsByHand : public settings_window::WindowPlatform {
   public:
-    explicit SettingsWindowsByHand(Events& events) : events_(events) {}
+    explicit WindowsByHand(Events& events) : events_(events) {}
 
-    SettingsWindowController::MakeWindow maker() {
-        return [this](SettingsWindowRequest request) -> std::unique_ptr<SettingsWindow> {
-            events_.push_back("make " + request.title);
-            requests.push_back(std::move(request));
-            return std::make_unique<Window>(events_);
+    std::shared_ptr<settings_window::Window> makeWindow(
+        const settings_window::WindowFrame& frame, settings_window::WindowStyleMask mask) override {
+        size = frame.size;
+        styleMask = mask;
+        return std::make_shared<Window>(*this);
+    }
+    void activateIgnoringOtherApplications() override { events_.emplace_back("activate"); }
+
+    SettingsWindowController::MakeContent contentMaker() {
+        return [this](const SettingsWindowController::ContentRequest& request) {
+            events_.emplace_back("settings view");
+            requests.push_back(request);
+            return std::make_shared<Content>();
         };
     }
     // The user closes the last one.
-    void close() { requests.back().windowWillClose(); }
+    void close() const { delegate->windowWillClose(); }
 
-    std::vector<SettingsWindowRequest> requests;
+    std::vector<SettingsWindowController::ContentRequest> requests;
+    settings_window::WindowSize size;
+    settings_window::WindowStyleMask styleMask;
+    std::string title;
+    std::string autosaveName;
+    settings_window::WindowDelegate* delegate = nullptr;
 
   private:
-    class Window : public SettingsWindow {
+    class Content : public settings_window::WindowContent {};
+    class Window : public settings_window::Window {
       public:
-        explicit Window(Events& events) : events_(events) {}
-        ~Window() override { events_.emplace_back("settings gone"); }
-        void present() override { events_.emplace_back("present settings"); }
+        explicit Window(WindowsByHand& windows) : windows_(windows) {}
+        ~Window() override { windows_.events_.emplace_back("settings gone"); }
+        void setTitle(std::string_view title) override { windows_.title = title; }
+        void setReleasedWhenClosed(bool /*isReleased*/) override {}
+        void center() override {}
+        void setContentView(std::shared_ptr<settings_window::WindowContent> content) override {
+            if (content) windows_.events_.emplace_back("content view");
+        }
+        void setContentViewController(
+            std::shared_ptr<settings_window::WindowContent> controller) override {
+            content_ = std::move(controller);
+        }
+        void setDelegate(settings_window::WindowDelegate* delegate) override {
+            windows_.delegate = delegate;
+        }
+        void setFrameAutosaveName(std::string_view name) override { windows_.autosaveName = name; }
+        void makeKeyAndOrderFront() override {
+            windows_.events_.push_back("front " + windows_.title);
+        }
 
       private:
-        Events& events_;
+        WindowsByHand& windows_;
+        std::shared_ptr<settings_window::WindowContent> content_;
     };
 
     Events& events_;

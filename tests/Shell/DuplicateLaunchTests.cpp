@@ -14,7 +14,7 @@ TEST(DuplicateLaunch, ShowsTheSettingsInTheMenuBarMode) {
     shell.launch();
     shell.takeEvents();
     shell.activate();
-    EXPECT_THAT(shell.takeEvents(), ElementsAre("make Settings", "present settings"));
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("settings view", "front Settings", "activate"));
 }
 
 TEST(DuplicateLaunch, DoesNothingInTheMenuBarModeWithoutAController) {
@@ -57,14 +57,14 @@ TEST(SettingsWindow, IsAskedForInItsSizeAndUnderItsName) {
     shell.launch();
     shell.app->settingsWindowController().show();
     ASSERT_THAT(shell.settings.requests, SizeIs(1));
-    const SettingsWindowRequest& request = shell.settings.requests[0];
-    EXPECT_EQ(&request.scanner, &shell.app->scanner());
-    EXPECT_EQ(request.width, 920);
-    EXPECT_EQ(request.height, 620);
-    EXPECT_EQ(request.minimumWidth, 840);
-    EXPECT_EQ(request.minimumHeight, 560);
-    EXPECT_EQ(request.title, "Settings");
-    EXPECT_EQ(request.autosaveName, "TarnbeckSettingsWindow");
+    EXPECT_EQ(&shell.settings.requests[0].scanner, &shell.app->scanner());
+    EXPECT_EQ(shell.settings.requests[0].minimumSize, (settings_window::WindowSize{840, 560}));
+    EXPECT_EQ(shell.settings.size, (settings_window::WindowSize{920, 620}));
+    EXPECT_EQ(shell.settings.title, "Settings");
+    EXPECT_EQ(shell.settings.autosaveName, "TarnbeckSettingsWindow");
+    EXPECT_EQ(shell.settings.styleMask,
+              (settings_window::WindowStyleMask{
+                  .titled = true, .closable = true, .miniaturizable = true, .resizable = true}));
 }
 
 TEST(SettingsWindow, ThatIsOpenIsOnlyPresented) {
@@ -73,7 +73,7 @@ TEST(SettingsWindow, ThatIsOpenIsOnlyPresented) {
     shell.app->settingsWindowController().show();
     shell.takeEvents();
     shell.app->settingsWindowController().show();
-    EXPECT_THAT(shell.takeEvents(), ElementsAre("present settings"));
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("front Settings", "activate"));
 }
 
 TEST(SettingsWindow, IsMadeAnewAfterItWasClosed) {
@@ -84,7 +84,7 @@ TEST(SettingsWindow, IsMadeAnewAfterItWasClosed) {
     shell.runUntilIdle();
     shell.takeEvents();
     shell.app->settingsWindowController().show();
-    EXPECT_THAT(shell.takeEvents(), ElementsAre("make Settings", "present settings"));
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("settings view", "front Settings", "activate"));
 }
 
 TEST(SettingsWindow, OutlivesTheCallThatToldOfItsClosing) {

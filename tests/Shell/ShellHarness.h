@@ -42,7 +42,9 @@ class ShellHarness {
                     desktop.events.emplace_back("host");
                     return std::make_unique<PopoverHostByHand>(desktop.events);
                 },
-            .makeSettingsWindow = settings.maker(),
+            .windowPlatform = settings,
+            .makeSettingsContent = settings.contentMaker(),
+            .processName = "tarnbeck",
             .setActivationHandler =
                 [this](std::function<void()> handler) {
                     desktop.events.emplace_back("activation handler");
@@ -82,7 +84,7 @@ class ShellHarness {
     ScannerHarness scanner;
     DesktopByHand desktop{[this](Task task) { loop().post(std::move(task)); }};
     CaffeinateByHand caffeinate{desktop.events};
-    SettingsWindowsByHand settings{desktop.events};
+    WindowsByHand settings{desktop.events};
     AppRuntime runtime;
     std::vector<AppConfiguration> saved;
     std::vector<std::string> reports;

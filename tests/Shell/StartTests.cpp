@@ -143,7 +143,7 @@ Events eventsOfLaunch(ShellHarness& shell) {
 TEST(Launch, InTheMenuBarModeInstallsAQuitMenuAndBecomesAnAccessory) {
     ShellHarness shell(menuBarOnly);
     EXPECT_THAT(eventsOfLaunch(shell),
-                ElementsAre("regular", "quit menu Tarnbeck", "status item", "item visible",
+                ElementsAre("regular", "menu Quit Tarnbeck", "status item", "item visible",
                             "accessory", "activation handler"));
 }
 

@@ -3,11 +3,13 @@
 #include <chrono>
 #include <utility>
 
+#include "AccessoryAppCommandMenu.h"
 #include "MainWindowRootView.h"
 
 namespace tarnbeck {
 
 using namespace std::chrono_literals;
+namespace AccessoryAppCommandMenu = app_commands::AccessoryAppCommandMenu;
 
 namespace {
 
@@ -25,7 +27,12 @@ bool AppDelegate::isMenuBarOnly() const {
 void AppDelegate::applicationDidFinishLaunching() {
     DesktopPlatform& platform = services_.platform;
     platform.setActivationPolicy(ActivationPolicy::regular);
-    if (isMenuBarOnly()) platform.installQuitMenu(mainWindowTitle);
+    if (isMenuBarOnly()) {
+        AccessoryAppCommandMenu::installQuitMenu(
+            mainWindowTitle,
+            {.processName = services_.processName,
+             .setMainMenu = [&platform](const auto& menu) { platform.setMainMenu(menu); }});
+    }
     if (services_.runtime.menuBarController) {
         services_.runtime.menuBarController->installStatusItem();
     }

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 #include "AppRuntime.h"
 #include "DesktopPlatform.h"
@@ -18,6 +20,7 @@ class AppDelegate : public ApplicationDelegate {
         const AppRuntime& runtime;
         DesktopPlatform& platform;
         MainLoop& loop;
+        std::string processName;
         // Tells the single-instance controller whom to call; not set where there is none.
         std::function<void(std::function<void()> handler)> setActivationHandler;
         // Gets one line without a line feed, for the user.

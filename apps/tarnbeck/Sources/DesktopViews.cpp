@@ -1,6 +1,9 @@
 #include "DesktopViews.h"
 
+#include <QPointer>
 #include <utility>
+
+#include "QtContentWindow.h"
 
 namespace tarnbeck {
 
@@ -32,6 +35,18 @@ QWindow* DesktopViews::mainWindow() {
         mainWindow_ = windows_.mainWindow(std::make_unique<MainView>(services_(), form));
     }
     return mainWindow_;
+}
+
+std::shared_ptr<settings_window::WindowContent> DesktopViews::makeSettingsContent(
+    SettingsView::Services services, QSize minimumSize) {
+    // The window, once there is one.
+    const auto shown = std::make_shared<QPointer<QWindow>>();
+    services.dismiss = [shown] {
+        if (*shown) (*shown)->close();
+    };
+    auto window = windows_.settingsWindow(std::make_unique<SettingsView>(std::move(services)));
+    *shown = window.get();
+    return std::make_shared<QtWindowContent>(std::move(window), minimumSize);
 }
 
 std::unique_ptr<PopoverHost> DesktopViews::makePopoverHost(QtPopover& popover,

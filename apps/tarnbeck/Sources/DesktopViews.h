@@ -1,12 +1,15 @@
 // Joins views with the windows that show them. Main thread.
 #pragma once
 
+#include <QSize>
 #include <functional>
 #include <memory>
 
 #include "MenuBarController.h"
 #include "QtPopover.h"
 #include "QtPopoverPlatform.h"
+#include "SettingsView.h"
+#include "SettingsWindowFactory.h"
 #include "ViewWindows.h"
 
 namespace tarnbeck {
@@ -18,6 +21,9 @@ class DesktopViews {
 
     // Made at the first call. Closing hides it.
     QWindow* mainWindow();
+    // For a window of the settings; `services` are those of its view, but for `dismiss`.
+    std::shared_ptr<settings_window::WindowContent> makeSettingsContent(
+        SettingsView::Services services, QSize minimumSize);
     // Both must outlive the host.
     std::unique_ptr<PopoverHost> makePopoverHost(QtPopover& popover, QtPopoverPlatform& platform);
 

@@ -4,23 +4,35 @@
 
 namespace tarnbeck {
 
-SettingsWindowController::SettingsWindowController(RepositoryScanner& scanner, MainLoop& loop,
-                                                   MakeWindow makeWindow)
-    : scanner_(scanner), loop_(loop), makeWindow_(std::move(makeWindow)) {}
+namespace SettingsWindowFactory = settings_window::SettingsWindowFactory;
+
+SettingsWindowController::SettingsWindowController(Services services)
+    : services_(std::move(services)) {}
+
+SettingsWindowController::~SettingsWindowController() {
+    if (window_) window_->setDelegate(nullptr);
+}
 
 void SettingsWindowController::show() {
     if (!window_) {
-        window_ = makeWindow_({
-            .scanner = scanner_,
-            .windowWillClose = anchor_.guarded([](auto& self) { self.windowWillClose(); }),
-        });
+        window_ = SettingsWindowFactory::makeWindow(
+            {.size = {920, 620},
+             .title = "Settings",
+             .styleMask =
+                 {.titled = true, .closable = true, .miniaturizable = true, .resizable = true},
+             .contentViewController = services_.makeContent({.scanner = services_.scanner}),
+             .autosaveName = "TarnbeckSettingsWindow",
+             .delegate = this},
+            services_.windows);
     }
-    window_->present();
+    SettingsWindowFactory::present(*window_, services_.windows);
 }
 
 void SettingsWindowController::windowWillClose() {
+    if (!window_) return;
+    window_->setDelegate(nullptr);
     // It may be in the middle of a call of its own.
-    loop_.post([window = std::exchange(window_, nullptr)] {});
+    services_.loop.post([window = std::exchange(window_, nullptr)] {});
 }
 
 }  // namespace tarnbeck

@@ -14,6 +14,7 @@ TarnbeckApp::TarnbeckApp(Services services)
       appDelegate_({.runtime = services_.runtime,
                     .platform = services_.platform,
                     .loop = services_.loop,
+                    .processName = services_.processName,
                     .setActivationHandler = services_.setActivationHandler,
                     .report = services_.report,
                     .isFirstStart = services_.isFirstStart}) {
@@ -31,7 +32,10 @@ TarnbeckApp::TarnbeckApp(Services services)
     launchMode_ = resolveLaunchMode(scanner_->configuration().appMode, services_.input);
     menuBarController_ = std::make_unique<MenuBarController>(menuBarServices());
     settingsWindowController_ = std::make_unique<SettingsWindowController>(
-        *scanner_, services_.loop, services_.makeSettingsWindow);
+        SettingsWindowController::Services{.scanner = *scanner_,
+                                           .loop = services_.loop,
+                                           .windows = services_.windowPlatform,
+                                           .makeContent = services_.makeSettingsContent});
     keepLaunchMode();
     services_.runtime = {.launchMode = launchMode_,
                          .menuBarController = menuBarController_.get(),

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "AppDelegate.h"
@@ -34,7 +35,9 @@ class TarnbeckApp {
         system_awake::CaffeinateLaunching& caffeinateLauncher;
         std::int32_t processIdentifier = 0;
         std::function<std::unique_ptr<PopoverHost>(menubar_popover::Popover&)> makePopoverHost;
-        SettingsWindowController::MakeWindow makeSettingsWindow;
+        settings_window::WindowPlatform& windowPlatform;
+        SettingsWindowController::MakeContent makeSettingsContent;
+        std::string processName;
         std::function<void(std::function<void()> handler)> setActivationHandler;
         std::function<void(std::string_view message)> report;
         bool isFirstStart = false;  // there is no configuration yet

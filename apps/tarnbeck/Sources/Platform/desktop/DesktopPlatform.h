@@ -6,9 +6,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "AccessoryAppCommandMenu.h"
 #include "StatusItem.h"
 
 namespace tarnbeck {
@@ -66,8 +66,7 @@ class DesktopPlatform {
     virtual void activateIgnoringOtherApps() = 0;
     // All windows of the application, hidden ones too; they are the platform's.
     virtual std::vector<DesktopWindow*> windows() = 0;
-    // A main menu whose one command quits.
-    virtual void installQuitMenu(std::string_view appName) = 0;
+    virtual void setMainMenu(const app_commands::MainMenu& menu) = 0;
     // Ends the application by the usual path: the delegate is told.
     virtual void terminate() = 0;
 

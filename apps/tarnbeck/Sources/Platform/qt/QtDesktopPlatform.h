@@ -29,7 +29,7 @@ class QtDesktopPlatform : public DesktopPlatform {
     void activateIgnoringOtherApps() override;
     // Those that can be seen.
     std::vector<DesktopWindow*> windows() override;
-    void installQuitMenu(std::string_view appName) override;
+    void setMainMenu(const app_commands::MainMenu& menu) override;
     void terminate() override;
     bool hasStatusArea() const override;
     void showMainWindow() override;
@@ -39,6 +39,8 @@ class QtDesktopPlatform : public DesktopPlatform {
     std::optional<ScreenSize> mainScreenVisibleFrame() const override;
 
     QtPopover& popover() { return *popover_; }
+    // That was attached.
+    ApplicationDelegate& delegate() { return *delegate_; }
 
   private:
     class MainWindow;

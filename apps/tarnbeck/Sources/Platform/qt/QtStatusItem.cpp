@@ -66,6 +66,12 @@ class QtStatusItem::Button : public StatusItemButton {
         if (!image_) return;
         ++drawn_;
         icon_.setIcon(statusIcon(*image_));
+        icon_.setVisible(visible_);
+    }
+    // The system takes no item that has no picture: it comes with the first.
+    void setVisible(bool visible) {
+        visible_ = visible;
+        if (image_) icon_.setVisible(visible_);
     }
     int drawn() const { return drawn_; }
 
@@ -83,6 +89,7 @@ class QtStatusItem::Button : public StatusItemButton {
     std::function<void()> action_;
     std::optional<StatusImage> image_;
     std::optional<ClickEvent> event_;
+    bool visible_ = false;
     int drawn_ = 0;
 };
 
@@ -131,7 +138,7 @@ std::shared_ptr<StatusItemButton> QtStatusItem::button() const {
 }
 
 void QtStatusItem::setVisible(bool visible) {
-    button_->icon().setVisible(visible);
+    button_->setVisible(visible);
 }
 
 void QtStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {

@@ -1,0 +1,158 @@
+#include "QtContentWindow.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <optional>
+#include <utility>
+
+#include "WindowPositionStore.h"
+#include "WindowSizeStore.h"
+
+namespace tarnbeck {
+namespace {
+
+using settings_window::WindowFrame;
+using settings_window::WindowPositionStore;
+using settings_window::WindowSize;
+using settings_window::WindowSizeStore;
+
+constexpr double largestSide = 16000;
+
+Qt::WindowFlags flagsOf(settings_window::WindowStyleMask mask) {
+    Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint;
+    if (mask.titled) flags |= Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    if (mask.closable) flags |= Qt::WindowCloseButtonHint;
+    if (mask.miniaturizable) flags |= Qt::WindowMinimizeButtonHint;
+    if (mask.resizable) flags |= Qt::WindowMaximizeButtonHint;
+    return flags;
+}
+
+// Qt counts downwards, the stores upwards.
+WindowFrame upwards(const QRect& rect) {
+    return {
+        .origin = {static_cast<double>(rect.x()), -static_cast<double>(rect.y() + rect.height())},
+        .size = {static_cast<double>(rect.width()), static_cast<double>(rect.height())}};
+}
+
+QRect downwards(const WindowFrame& frame) {
+    return QRectF(frame.left(), -frame.top(), frame.size.width, frame.size.height).toRect();
+}
+
+class ContentWindow : public QObject, public settings_window::Window {
+  public:
+    ContentWindow(const WindowFrame& frame, settings_window::WindowStyleMask styleMask,
+                  UserDefaults& userDefaults)
+        : frame_(frame), flags_(flagsOf(styleMask)), userDefaults_(userDefaults) {}
+    ~ContentWindow() override { saveFrame(); }
+
+    void setTitle(std::string_view title) override {
+        title_ = QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size()));
+    }
+    void setReleasedWhenClosed(bool /*isReleased*/) override {}  // it never is
+    void center() override {
+        QRect centred = downwards(frame_);
+        centred.moveCenter(available().center());
+        frame_ = upwards(centred);
+    }
+    void setContentView(std::shared_ptr<settings_window::WindowContent> content) override {
+        if (content) take(std::move(content));
+    }
+    void setContentViewController(
+        std::shared_ptr<settings_window::WindowContent> controller) override {
+        if (controller) take(std::move(controller));
+    }
+    void setDelegate(settings_window::WindowDelegate* delegate) override { delegate_ = delegate; }
+    void setFrameAutosaveName(std::string_view name) override {
+        autosaveName_ = name;
+        const WindowSize size = sizeStore().load(frame_.size);
+        const auto origin = positionStore().load(size, upwards(available()));
+        frame_.size = size;
+        if (origin) {
+            frame_.origin = *origin;
+        } else {
+            center();
+        }
+        applyFrame();
+    }
+    void makeKeyAndOrderFront() override {
+        if (!content_) return;
+        content_->window->show();
+        content_->window->raise();
+        content_->window->requestActivate();
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Close) {
+            saveFrame();
+            if (delegate_) delegate_->windowWillClose();
+        }
+        return false;
+    }
+
+  private:
+    static QRect available() {
+        return QGuiApplication::primaryScreen()->availableVirtualGeometry();
+    }
+
+    void take(std::shared_ptr<settings_window::WindowContent> content) {
+        content_ = std::static_pointer_cast<QtWindowContent>(std::move(content));
+        QWindow& window = *content_->window;
+        window.setFlags(flags_);
+        window.setTitle(title_);
+        window.setMinimumSize(content_->minimumSize);
+        window.installEventFilter(this);
+        applyFrame();
+    }
+    void applyFrame() {
+        if (!content_) return;
+        const QRect frame = downwards(frame_);
+        content_->window->resize(frame.size());
+        content_->window->setFramePosition(frame.topLeft());
+    }
+    void saveFrame() {
+        if (autosaveName_.empty() || !content_ || !content_->window->isVisible()) return;
+        const QWindow& window = *content_->window;
+        const WindowFrame frame = upwards(QRect(window.framePosition(), window.size()));
+        sizeStore().save(frame.size);
+        positionStore().save(frame);
+    }
+
+    settings_window::WindowDefaults defaults() const {
+        return {.number = [this](const std::string& key) { return userDefaults_.number(key); },
+                .setNumber = [this](const std::string& key,
+                                    double value) { userDefaults_.setNumber(key, value); }};
+    }
+    WindowSizeStore sizeStore() const {
+        const QSize smallest = content_ ? content_->minimumSize : QSize(1, 1);
+        return {.defaults = defaults(),
+                .widthKey = autosaveName_ + ".width",
+                .heightKey = autosaveName_ + ".height",
+                .minWidth = static_cast<double>(smallest.width()),
+                .maxWidth = largestSide,
+                .minHeight = static_cast<double>(smallest.height()),
+                .maxHeight = largestSide};
+    }
+    WindowPositionStore positionStore() const {
+        return {.defaults = defaults(),
+                .xKey = autosaveName_ + ".x",
+                .topYKey = autosaveName_ + ".topY"};
+    }
+
+    WindowFrame frame_;
+    Qt::WindowFlags flags_;
+    UserDefaults& userDefaults_;
+    QString title_;
+    std::string autosaveName_;
+    settings_window::WindowDelegate* delegate_ = nullptr;
+    std::shared_ptr<QtWindowContent> content_;
+};
+
+}  // namespace
+
+std::shared_ptr<settings_window::Window> QtWindowPlatform::makeWindow(
+    const WindowFrame& frame, settings_window::WindowStyleMask styleMask) {
+    return std::make_shared<ContentWindow>(frame, styleMask, userDefaults_);
+}
+
+}  // namespace tarnbeck

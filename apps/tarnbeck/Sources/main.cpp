@@ -1,0 +1,220 @@
+#include <QApplication>
+#include <QIcon>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <unistd.h>
+
+#include "DesktopEngine.h"
+#include "DesktopSystem.h"
+#include "DesktopViews.h"
+#include "EarlyPosts.h"
+#include "FileSystem.h"
+#include "FileUserDefaults.h"
+#include "FixtureHome.h"
+#include "Paths.h"
+#include "QtClipboard.h"
+#include "QtContentWindow.h"
+#include "QtDesktopPlatform.h"
+#include "QtExternalOpener.h"
+#include "QtMainLoop.h"
+#include "StatusTileRenderer.h"
+#include "SystemLog.h"
+#include "TarnbeckApp.h"
+#include "TarnbeckEntry.h"
+#include "UITestLaunchMode.h"
+#include "VectorIconEngine.h"
+#include "VectorPainter.h"
+
+namespace tarnbeck {
+namespace {
+
+LaunchInput launchInput(int argc, char** argv) {
+    LaunchInput input{.arguments = {argv + 1, argv + argc}};
+    if (const char* mode = std::getenv("TARNBECK_UI_TEST_MODE")) {
+        input.environment["TARNBECK_UI_TEST_MODE"] = mode;
+    }
+    return input;
+}
+
+void printLine(std::string_view line) {
+    std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
+    std::fflush(stdout);
+}
+
+void complain(std::string_view line) {
+    std::fprintf(stderr, "tarnbeck: %.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+class SystemClock : public Clock {
+  public:
+    WallTime wallNow() const override { return std::chrono::system_clock::now(); }
+    SteadyTime steadyNow() const override { return std::chrono::steady_clock::now(); }
+};
+
+// What is there before it is known whether this process may run.
+struct Ground {
+    explicit Ground(LaunchInput given)
+        : input(std::move(given)),
+          place{.home = userHome(), .report = printLine},
+          userDefaults(place.folder() + "/defaults.json", queues,
+                       [](const std::string& line) { complain(line); }) {}
+
+    const LaunchInput input;
+    const ConfigurationPlace place;
+    ThreadedWorkQueues queues;
+    FileUserDefaults userDefaults;
+    EarlyPosts earlyPosts;
+};
+
+// The application on the desktop, from the first object to the last.
+class Desktop {
+  public:
+    Desktop(Ground& ground, TarnbeckEntry& entry) : ground_(ground), entry_(entry) {
+        ground_.earlyPosts.handTo(&loop_);
+        caffeinateLauncher_ = makeCaffeinateLauncher();
+        app_.emplace(appServices());
+        loop_.onSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { platform_.terminate(); });
+    }
+
+    void run() {
+        app_->openScenes();
+        loop_.post([this] { platform_.delegate().applicationDidFinishLaunching(); });
+        loop_.run();
+    }
+
+    // False where background work goes on that can't be waited for: then nothing here may be
+    // destroyed any more.
+    bool end() {
+        views_.reset();
+        app_.reset();
+        ground_.earlyPosts.handTo(nullptr);
+        ground_.userDefaults.drain();
+        return engine_.end();
+    }
+
+  private:
+    MainView::Services viewServices() {
+        return engine_.viewServices(
+            {.scanner = app_->scanner(),
+             .caffeinateController = app_->caffeinateController(),
+             .onOpenSettings = [this] { app_->settingsWindowController().show(); },
+             .showsFixtures = UITestLaunchMode::isEnabled(ground_.input)});
+    }
+
+    // Made when the first window is: without one there is no need for all that draws it.
+    DesktopViews& views() {
+        if (!views_) views_.emplace([this] { return viewServices(); });
+        return *views_;
+    }
+
+    std::shared_ptr<settings_window::WindowContent> settingsContent(
+        const SettingsWindowController::ContentRequest& request) {
+        const QSizeF smallest(request.minimumSize.width, request.minimumSize.height);
+        return views().makeSettingsContent({.scanner = request.scanner,
+                                            .loop = loop_,
+                                            .queues = engine_.queues(),
+                                            .home = engine_.place().home},
+                                           smallest.toSize());
+    }
+
+    TarnbeckApp::Services appServices() {
+        auto* controller = entry_.singleInstanceController();
+        return {
+            .input = ground_.input,
+            .loop = loop_,
+            .platform = platform_,
+            .popoverPlatform = popoverPlatform_,
+            .runtime = runtime_,
+            .makeScanner = [this] { return engine_.makeScanner(); },
+            .makeFixtureScanner = [this] { return engine_.makeFixtureScanner(); },
+            .caffeinateLauncher = *caffeinateLauncher_,
+            .processIdentifier = getpid(),
+            .makePopoverHost =
+                [this](menubar_popover::Popover&) {
+                    return views().makePopoverHost(platform_.popover(), popoverPlatform_);
+                },
+            .windowPlatform = windowPlatform_,
+            .makeSettingsContent = [this](const auto& request) { return settingsContent(request); },
+            .processName = "tarnbeck",
+            .setActivationHandler =
+                [controller](std::function<void()> handler) {
+                    if (controller) controller->setActivationHandler(std::move(handler));
+                },
+            .report = complain,
+            .isFirstStart = !exists(ground_.place.file()),
+        };
+    }
+
+    Ground& ground_;
+    TarnbeckEntry& entry_;
+    QtMainLoop loop_;
+    QtClipboard clipboard_;
+    QtExternalOpener opener_;
+    QtWindowPlatform windowPlatform_{ground_.userDefaults};
+    QtPopoverPlatform popoverPlatform_{loop_};
+    QtDesktopPlatform platform_{[this] { return views().mainWindow(); }};
+    DesktopEngine engine_{ground_.place,
+                          {.loop = loop_,
+                           .queues = ground_.queues,
+                           .userDefaults = ground_.userDefaults,
+                           .clipboard = clipboard_,
+                           .opener = opener_}};
+    std::unique_ptr<system_awake::CaffeinateLaunching> caffeinateLauncher_;
+    AppRuntime runtime_;
+    std::optional<TarnbeckApp> app_;
+    std::optional<DesktopViews> views_;
+};
+
+void nameApplication() {
+    QApplication::setApplicationName(QStringLiteral("tarnbeck"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Tarnbeck"));
+    QApplication::setDesktopFileName(QStringLiteral("tarnbeck"));
+}
+
+void runApplication(int& argc, char** argv, Ground& ground, TarnbeckEntry& entry) {
+    nameApplication();
+    chooseSceneGraph();
+    QApplication application(argc, argv);
+    QApplication::setWindowIcon(
+        QIcon(new VectorIconEngine(StatusTileRenderer::render({}, statusTextMeasurement()))));
+    Desktop desktop(ground, entry);
+    desktop.run();
+    if (!desktop.end()) std::_Exit(EXIT_SUCCESS);
+}
+
+int run(int argc, char** argv) {
+    // A reader that goes away is told of by the write.
+    std::signal(SIGPIPE, SIG_IGN);
+    LaunchInput input = launchInput(argc, argv);
+    std::optional<FixtureHome> fixtureHome;
+    if (UITestLaunchMode::isEnabled(input)) fixtureHome.emplace();
+    Ground ground(std::move(input));
+    single_instance::SystemFileManager files;
+    const auto signals = single_instance::makeSystemNamedSignals();
+    const SystemClock clock;
+    TarnbeckEntry entry(
+        {.userDefaults = ground.userDefaults,
+         .platform = {.fileManager = files,
+                      .signals = *signals,
+                      .postToMainThread =
+                          [&ground](std::function<void()> task) {
+                              ground.earlyPosts.post(std::move(task));
+                          }},
+         .clock = clock,
+         .systemLog = [](const std::string& line) { writeError("single-instance", line); }});
+    return entry.main([&] { runApplication(argc, argv, ground, entry); });
+}
+
+}  // namespace
+}  // namespace tarnbeck
+
+int main(int argc, char** argv) {
+    return tarnbeck::run(argc, argv);
+}
