@@ -9,8 +9,8 @@ namespace tarnbeck {
 
 void VectorIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/,
                              QIcon::State /*state*/) {
-    const double width = rect.height() * image_.width / image_.height;
-    const QRectF target(rect.x() + (rect.width() - width) / 2, rect.y(), width, rect.height());
+    QRectF target({}, QSizeF(image_.width, image_.height).scaled(rect.size(), Qt::KeepAspectRatio));
+    target.moveCenter(QRectF(rect).center());
     tarnbeck::paint(image_, *painter, target);
 }
 

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
+#include <variant>
+#include <vector>
 
 #include "MenuBarIconRenderer.h"
 
@@ -15,12 +18,52 @@ using Rect = VectorImage::Rect;
 constexpr double radius = 5;
 constexpr double edgeAlpha = 0.22;
 constexpr double badgeSize = 12;
-constexpr double badgeRight = 20.5;
+constexpr double badgeRight = 20;
 constexpr double badgeBottom = 21.5;
-constexpr Rect glyphAlone{2, 2, 18, 18};
-constexpr Rect glyphBesideBadge{-0.5, 1.5, 13, 13};
-constexpr Rect awakeDot{14, 2.5, 5.5, 5.5};
+constexpr double glyphSide = 18;
+constexpr Rect glyphAlone{2, 2, glyphSide, glyphSide};
+constexpr Rect glyphBesideBadge{-1.5, 1.2, 13, 13};
+constexpr Rect awakeDotAlone{14, 14, 5.5, 5.5};
+constexpr Rect awakeDotAboveBadge{14, 2.5, 5.5, 5.5};
 constexpr std::int64_t highestCount = 99;
+
+// A branch made smaller as a whole, its strokes and dots too.
+class Shrinking {
+  public:
+    explicit Shrinking(const Rect& target) : target_(target), factor_(target.width / glyphSide) {}
+
+    Command operator()(const VectorImage::Line& line) const {
+        return VectorImage::Line{at(line.from), at(line.to), line.width * factor_, line.color};
+    }
+    Command operator()(const VectorImage::Curve& curve) const {
+        return VectorImage::Curve{at(curve.from), at(curve.firstControl), at(curve.secondControl),
+                                  at(curve.to),   curve.width * factor_,  curve.color};
+    }
+    Command operator()(const VectorImage::FilledOval& oval) const {
+        const VectorImage::Point corner = at({oval.in.x, oval.in.y});
+        return VectorImage::FilledOval{
+            {corner.x, corner.y, oval.in.width * factor_, oval.in.height * factor_}, oval.color};
+    }
+    // What a branch is not made of.
+    Command operator()(const VectorImage::RoundedRect& other) const { return other; }
+    Command operator()(const VectorImage::Text& other) const { return other; }
+
+  private:
+    VectorImage::Point at(const VectorImage::Point& point) const {
+        return {target_.x + point.x * factor_, target_.y + point.y * factor_};
+    }
+
+    Rect target_;
+    double factor_;
+};
+
+std::vector<Command> branchIn(const Rect& target) {
+    const VectorImage::Color ink{.ink = Ink::tileGlyph};
+    std::vector<Command> commands = MenuBarIconRenderer::drawBranch({0, 0, glyphSide, glyphSide},
+                                                                    {.ink = ink, .lowerDot = ink});
+    for (Command& command : commands) command = std::visit(Shrinking(target), command);
+    return commands;
+}
 
 Command badge(const std::string& text, const TextMeasurement& measure) {
     std::vector<VectorImage::TextRun> runs = {
@@ -58,7 +101,6 @@ std::string StatusTileRenderer::toolTip(const MenuBarIconRenderState& state) {
 VectorImage StatusTileRenderer::render(const MenuBarIconRenderState& state,
                                        const TextMeasurement& measure) {
     const std::string text = badgeText(state);
-    const VectorImage::Color ink{.ink = Ink::tileGlyph};
     VectorImage image{.width = side, .height = side};
     image.commands = {
         VectorImage::RoundedRect{
@@ -68,13 +110,13 @@ VectorImage StatusTileRenderer::render(const MenuBarIconRenderState& state,
                                  .width = 1,
                                  .color = {.ink = Ink::tileEdge, .alpha = edgeAlpha}},
     };
-    const auto glyph = MenuBarIconRenderer::drawBranch(text.empty() ? glyphAlone : glyphBesideBadge,
-                                                       {.ink = ink, .lowerDot = ink});
+    const auto glyph = branchIn(text.empty() ? glyphAlone : glyphBesideBadge);
     image.commands.insert(image.commands.end(), glyph.begin(), glyph.end());
     if (!text.empty()) image.commands.push_back(badge(text, measure));
     if (state.awakeActive) {
         image.commands.push_back(
-            VectorImage::FilledOval{.in = awakeDot, .color = {.ink = Ink::tileGreen}});
+            VectorImage::FilledOval{.in = text.empty() ? awakeDotAlone : awakeDotAboveBadge,
+                                    .color = {.ink = Ink::tileGreen}});
     }
     return image;
 }
