@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "MainViewHarness.h"
 #include "RepositorySectionLayout.h"
 
@@ -31,6 +33,17 @@ class MainView_Sections : public ::testing::Test {
         std::vector<Row::Kind> result;
         for (const Row& row : harness.view->section(path)->rows) result.push_back(row.kind);
         return result;
+    }
+    // The row of the one file that is changed.
+    std::string changeRow(const std::string& path) {
+        for (const Row::Kind kind : {Row::Kind::branch, Row::Kind::fileChange}) {
+            const auto section = harness.view->section(path);
+            const auto row = std::ranges::find(section->rows, kind, &Row::kind);
+            if (row == section->rows.end()) return "none";
+            if (kind == Row::Kind::fileChange) return row->id;
+            perform(path, RowActionKind::toggle, row->id);
+        }
+        return "none";
     }
     void perform(const std::string& path, RowActionKind kind, const std::string& rowId = "") {
         harness.act(
@@ -240,11 +253,7 @@ TEST_F(MainView_Sections, SyncIsAskedOfTheScanner) {
 
 TEST_F(MainView_Sections, CopyingIsToldByAToastThatGoes) {
     showInList({dirtyRepositoryAt("/p/a")});
-    const auto section = harness.view->section("/p/a");
-    for (const Row& row : section->rows) {
-        if (row.kind != Row::Kind::fileChange) continue;
-        perform("/p/a", RowActionKind::copy, row.id);
-    }
+    perform("/p/a", RowActionKind::copy, changeRow("/p/a"));
     EXPECT_TRUE(harness.content().toast.isVisible);
     EXPECT_EQ(harness.content().toast.message, "File path copied");
     harness.advance(std::chrono::seconds(2));
@@ -253,10 +262,7 @@ TEST_F(MainView_Sections, CopyingIsToldByAToastThatGoes) {
 
 TEST_F(MainView_Sections, QuestionIsAskedAndAnswered) {
     showInList({dirtyRepositoryAt("/p/a")});
-    const auto section = harness.view->section("/p/a");
-    for (const Row& row : section->rows) {
-        if (row.kind == Row::Kind::fileChange) perform("/p/a", RowActionKind::discard, row.id);
-    }
+    perform("/p/a", RowActionKind::discard, changeRow("/p/a"));
     ASSERT_TRUE(harness.content().alert);
     EXPECT_EQ(harness.content().alert->title, "Discard changes?");
     const auto& buttons = harness.content().alert->buttons;

@@ -330,13 +330,16 @@ TEST(MainView_Search, ClearingShowsAllAgain) {
 
 TEST(MainView_Actions, ScanAsksForAllByHand) {
     MainViewHarness harness;
-    harness.configure([](auto& configuration) { configuration.repoPaths = {"/p/a"}; });
+    const std::string path = harness.scanners.folder / "a";
+    harness.scanners.folder.makeFolder("a/.git");
+    harness.configure([&](auto& configuration) { configuration.repoPaths = {path}; });
     harness.scanners.answersAtOnce = true;
     harness.act([](MainView& view) { view.scan(); });
-    EXPECT_THAT(harness.scanners.scannedPaths, ElementsAre("/p/a"));
+    EXPECT_THAT(harness.scanners.scannedPaths, ElementsAre(path));
     EXPECT_THAT(harness.scanners.issueScans,
-                ElementsAre(std::pair("/p/a", GitHubIssueRefreshPolicy::forceRefresh)));
-    EXPECT_FALSE(harness.scanners.gitInvocations.empty());  // it was fetched
+                ElementsAre(std::pair(path, GitHubIssueRefreshPolicy::forceRefresh)));
+    ASSERT_EQ(harness.scanners.gitInvocations.size(), 1);
+    EXPECT_EQ(harness.scanners.gitInvocations[0].logicalArgs[0], "fetch");
     EXPECT_EQ(harness.scanner().dependencyScanGeneration(), 1);
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
@@ -86,15 +87,18 @@ bool CaseInsensitiveSearch::isInFolded(std::string_view text) const {
     return false;
 }
 
+// Most texts are ASCII, and folded while they are copied.
 void CaseInsensitiveSearch::appendFolded(std::string_view text, std::string& to) {
-    if (!isAscii(text)) {
-        to += folded(text);
-        return;
-    }
     const std::size_t begin = to.size();
     to += text;
-    std::transform(to.begin() + static_cast<std::ptrdiff_t>(begin), to.end(),
-                   to.begin() + static_cast<std::ptrdiff_t>(begin), lowerAscii);
+    unsigned char all = 0;
+    for (char& byte : std::span(to).subspan(begin)) {
+        all |= static_cast<unsigned char>(byte);
+        byte = lowerAscii(byte);
+    }
+    if (all < 0x80) return;
+    to.resize(begin);
+    to += folded(text);
 }
 
 bool CaseInsensitiveSearch::isAllOf(std::string_view text) const {

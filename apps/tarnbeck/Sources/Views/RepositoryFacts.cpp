@@ -1,6 +1,7 @@
 #include "RepositoryFacts.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "CaseInsensitiveSearch.h"
@@ -45,6 +46,7 @@ ActivityDate latestOf(const ImmutableList<Item>& items) {
 // The texts of a repository that are searched, one behind the other.
 class SearchText {
   public:
+    SearchText() { text_.reserve(ordinarySize); }
     void add(std::string_view text) {
         CaseInsensitiveSearch::appendFolded(text, text_);
         text_ += separator;
@@ -55,9 +57,13 @@ class SearchText {
             for (const std::string& label : item.labels) add(label);
         }
     }
-    std::string take() { return std::move(text_); }
+    std::string take() {
+        text_.shrink_to_fit();
+        return std::move(text_);
+    }
 
   private:
+    static constexpr std::size_t ordinarySize = 4096;
     static constexpr char separator = '\xFF';  // in no text, so that nothing is found across it
 
     std::string text_;
