@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <future>
 #include <latch>
@@ -97,6 +98,15 @@ TEST(ThreadedWorkQueues_WaitUntilIdle, ReturnsAfterWorkThatWentBackAndForthBetwe
         queues.waitUntilIdle();
         EXPECT_EQ(ran, 1);
     }
+}
+
+TEST(ThreadedWorkQueues_WaitUntilIdle, GivesUpOnATaskThatGoesOn) {
+    ThreadedWorkQueues queues;
+    std::promise<void> end;
+    queues.utility([&] { end.get_future().wait(); });
+    EXPECT_FALSE(queues.waitUntilIdle(std::chrono::milliseconds(1)));
+    end.set_value();
+    EXPECT_TRUE(queues.waitUntilIdle(std::chrono::hours(1)));
 }
 
 TEST(ThreadedWorkQueues_End, RunsWhatIsQueuedToItsEnd) {

@@ -26,14 +26,23 @@ class ThreadedWorkQueues::Outstanding {
   public:
     void begin() { ++tasks_; }
     void end() {
-        if (--tasks_ == 0) tasks_.notify_all();
+        if (--tasks_ != 0) return;
+        const std::lock_guard lock(mutex_);
+        none_.notify_all();
     }
-    void waitUntilNone() const {
-        for (auto tasks = tasks_.load(); tasks != 0; tasks = tasks_.load()) tasks_.wait(tasks);
+    void waitUntilNone() {
+        std::unique_lock lock(mutex_);
+        none_.wait(lock, [this] { return tasks_ == 0; });
+    }
+    bool waitUntilNone(std::chrono::nanoseconds atMost) {
+        std::unique_lock lock(mutex_);
+        return none_.wait_for(lock, atMost, [this] { return tasks_ == 0; });
     }
 
   private:
     std::atomic<std::uint64_t> tasks_{0};
+    std::mutex mutex_;
+    std::condition_variable none_;
 };
 
 class ThreadedWorkQueues::Pool {
@@ -169,6 +178,10 @@ ThreadedWorkQueues::~ThreadedWorkQueues() {
 
 void ThreadedWorkQueues::waitUntilIdle() {
     outstanding_->waitUntilNone();
+}
+
+bool ThreadedWorkQueues::waitUntilIdle(std::chrono::nanoseconds atMost) {
+    return outstanding_->waitUntilNone(atMost);
 }
 
 void ThreadedWorkQueues::userInitiated(Task task) {

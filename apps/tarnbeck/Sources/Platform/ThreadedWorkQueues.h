@@ -3,6 +3,7 @@
 // where the system does not give a single thread.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,8 @@ class ThreadedWorkQueues : public WorkQueues {
 
     // Waits until nothing is queued and nothing runs. Not from a task.
     void waitUntilIdle();
+    // The same, but no longer than `atMost`: false where there is still something to do.
+    bool waitUntilIdle(std::chrono::nanoseconds atMost);
 
   private:
     class Outstanding;

@@ -153,7 +153,7 @@ class RepositoryScanner {
     bool isScanning() const { return state_.isScanning; }
     const AppConfiguration& configuration() const { return state_.configuration; }
     void setConfiguration(AppConfiguration configuration);
-    // Keeps the present configuration for later runs.
+    // Keeps the configuration as it is now, after all that was to be kept before; returns soon.
     void saveConfiguration() const { saveConfiguration_(state_.configuration); }
     // Shows these snapshots, which came by another road than a full scan.
     void setRepositories(std::vector<RepositorySnapshot> repositories);

@@ -1,0 +1,16 @@
+// What the application does differently on each system.
+#pragma once
+
+#include <memory>
+
+#include "CaffeinateLaunching.h"
+
+namespace tarnbeck {
+
+// How the machine is kept awake.
+std::unique_ptr<system_awake::CaffeinateLaunching> makeCaffeinateLauncher();
+
+// Before the first window, unless the user has chosen one.
+void chooseSceneGraph();
+
+}  // namespace tarnbeck
