@@ -83,6 +83,17 @@ TEST(CaseInsensitiveSearch, BytesThatAreNotUtf8DoNoHarm) {
     EXPECT_FALSE(isIn("\xFF", "name"));
 }
 
+TEST(CaseInsensitiveSearch, PreparedTextIsSearchedTheSameWay) {
+    std::string text;
+    for (const char* piece : {"README", "\xFF", "Stra\u00DFe"}) {
+        CaseInsensitiveSearch::appendFolded(piece, text);
+    }
+    EXPECT_TRUE(CaseInsensitiveSearch("ReadMe").isInFolded(text));
+    EXPECT_TRUE(CaseInsensitiveSearch("STRASSE").isInFolded(text));
+    EXPECT_FALSE(CaseInsensitiveSearch("mestr").isInFolded(text));
+    EXPECT_FALSE(CaseInsensitiveSearch("").isInFolded(text));
+}
+
 TEST(CaseInsensitiveSearch, WholeTextIsComparedFromEndToEnd) {
     const CaseInsensitiveSearch search("Dependency Dashboard");
     EXPECT_TRUE(search.isAllOf("dependency DASHBOARD"));

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
@@ -61,14 +62,6 @@ bool isFollowedByAccent(std::string_view text, std::size_t end) {
     return character >= 0x300 && u_getCombiningClass(character) != 0;
 }
 
-bool contains(std::string_view foldedText, std::string_view query) {
-    for (std::size_t at = foldedText.find(query); at != std::string_view::npos;
-         at = foldedText.find(query, at + 1)) {
-        if (!isFollowedByAccent(foldedText, at + query.size())) return true;
-    }
-    return false;
-}
-
 }  // namespace
 
 CaseInsensitiveSearch::CaseInsensitiveSearch(std::string_view query)
@@ -76,13 +69,36 @@ CaseInsensitiveSearch::CaseInsensitiveSearch(std::string_view query)
 
 bool CaseInsensitiveSearch::isIn(std::string_view text) const {
     if (query_.empty()) return false;
-    if (!isAscii(text)) return contains(folded(text), query_);
+    if (!isAscii(text)) return isInFolded(folded(text));
     if (!isAscii_ || text.size() < query_.size()) return false;
     // Most texts are short; none of them is worth an allocation.
     std::array<char, 256> lower;
-    if (text.size() > lower.size()) return lowercased(text).find(query_) != std::string::npos;
+    if (text.size() > lower.size()) return isInFolded(lowercased(text));
     std::ranges::transform(text, lower.begin(), lowerAscii);
-    return std::string_view(lower.data(), text.size()).find(query_) != std::string_view::npos;
+    return isInFolded({lower.data(), text.size()});
+}
+
+bool CaseInsensitiveSearch::isInFolded(std::string_view text) const {
+    if (query_.empty()) return false;
+    for (std::size_t at = text.find(query_); at != std::string_view::npos;
+         at = text.find(query_, at + 1)) {
+        if (!isFollowedByAccent(text, at + query_.size())) return true;
+    }
+    return false;
+}
+
+// Most texts are ASCII, and folded while they are copied.
+void CaseInsensitiveSearch::appendFolded(std::string_view text, std::string& to) {
+    const std::size_t begin = to.size();
+    to += text;
+    unsigned char all = 0;
+    for (char& byte : std::span(to).subspan(begin)) {
+        all |= static_cast<unsigned char>(byte);
+        byte = lowerAscii(byte);
+    }
+    if (all < 0x80) return;
+    to.resize(begin);
+    to += folded(text);
 }
 
 bool CaseInsensitiveSearch::isAllOf(std::string_view text) const {

@@ -15,6 +15,9 @@ class CaseInsensitiveSearch {
 
     // Nothing is found by an empty query.
     bool isIn(std::string_view text) const;
+    // The same, in a text that is prepared too, because it is searched again and again.
+    bool isInFolded(std::string_view text) const;
+    static void appendFolded(std::string_view text, std::string& to);
     // The text is that of the query, from end to end.
     bool isAllOf(std::string_view text) const;
 

@@ -114,8 +114,7 @@ std::vector<RepositorySnapshot> MainView::filterAndSortRepos(const FilterAndSort
     kept.reserve(by.repos.size());
     for (const RepositorySnapshot& repo : by.repos) {
         RepositoryFacts& facts = cache.of(repo);
-        if (!isKept(facts, by) || (!by.searchText.empty() && !facts.matches(search, by.searchText)))
-            continue;
+        if (!isKept(facts, by) || (!by.searchText.empty() && !facts.matches(search))) continue;
         kept.push_back({.place = placeOf(facts, by.sortMode, by.domainMode), .repo = &repo});
     }
     std::ranges::stable_sort(
@@ -132,7 +131,7 @@ bool MainView::repoNeedsAttention(const GitRepository& repo, DomainMode domainMo
 }
 
 bool MainView::repoMatchesSearch(const GitRepository& repo, std::string_view searchText) {
-    return RepositoryFacts(repo).matches(CaseInsensitiveSearch(searchText), searchText);
+    return RepositoryFacts(repo).matches(CaseInsensitiveSearch(searchText));
 }
 
 std::vector<GitHubIssue> MainView::realIssueItems(const GitRepository& repo) {

@@ -116,6 +116,7 @@ void MainView::setSearchText(std::string text) {
     searchText_ = std::move(text);
     const auto settle = anchor_.guarded([text = searchText_](MainView& self) {
         self.debouncedSearchText_ = text;
+        if (text.empty()) self.facts_.dropSearchTexts();
         self.resetSplitView();
         self.markDirty();
     });

@@ -1,6 +1,8 @@
 #include "RepositoryFacts.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
 
 #include "CaseInsensitiveSearch.h"
 #include "Dates.h"
@@ -41,35 +43,49 @@ ActivityDate latestOf(const ImmutableList<Item>& items) {
     return latest;
 }
 
-bool anyLabelled(const auto& items, const CaseInsensitiveSearch& search) {
-    return std::ranges::any_of(items, [&](const auto& item) {
-        return search.isIn(item.title) ||
-               std::ranges::any_of(item.labels,
-                                   [&](const std::string& label) { return search.isIn(label); });
-    });
-}
+// The texts of a repository that are searched, one behind the other.
+class SearchText {
+  public:
+    SearchText() { text_.reserve(ordinarySize); }
+    void add(std::string_view text) {
+        CaseInsensitiveSearch::appendFolded(text, text_);
+        text_ += separator;
+    }
+    void addLabelled(const auto& items) {
+        for (const auto& item : items) {
+            add(item.title);
+            for (const std::string& label : item.labels) add(label);
+        }
+    }
+    std::string take() {
+        text_.shrink_to_fit();
+        return std::move(text_);
+    }
 
-bool anyUpdateIn(const DependencySummary& summary, const CaseInsensitiveSearch& search) {
-    return std::ranges::any_of(summary.ecosystems, [&](const DependencyEcosystemResult& result) {
-        return std::ranges::any_of(result.updates, [&](const DependencyUpdate& update) {
-            return search.isIn(update.package);
-        });
-    });
-}
+  private:
+    static constexpr std::size_t ordinarySize = 4096;
+    static constexpr char separator = '\xFF';  // in no text, so that nothing is found across it
 
-bool contains(const GitRepository& repo, const CaseInsensitiveSearch& search) {
-    const auto isIn = [&](const std::string& text) { return search.isIn(text); };
-    return isIn(repo.name) || std::ranges::any_of(repo.branches, isIn, &GitBranch::name) ||
-           std::ranges::any_of(repo.remoteBranches, isIn) ||
-           std::ranges::any_of(repo.worktrees,
-                               [&](const GitWorktree& worktree) {
-                                   return isIn(worktree.path) ||
-                                          (worktree.branch && isIn(*worktree.branch));
-                               }) ||
-           std::ranges::any_of(repo.tags, isIn) ||
-           std::ranges::any_of(repo.uncommittedChanges, isIn, &FileChange::filePath) ||
-           anyLabelled(repo.issues, search) || anyLabelled(repo.pullRequests, search) ||
-           anyUpdateIn(repo.dependencySummary, search);
+    std::string text_;
+};
+
+std::string searchTextOf(const GitRepository& repo) {
+    SearchText text;
+    text.add(repo.name);
+    for (const GitBranch& branch : repo.branches) text.add(branch.name);
+    for (const std::string& branch : repo.remoteBranches) text.add(branch);
+    for (const GitWorktree& worktree : repo.worktrees) {
+        text.add(worktree.path);
+        if (worktree.branch) text.add(*worktree.branch);
+    }
+    for (const std::string& tag : repo.tags) text.add(tag);
+    for (const FileChange& change : repo.uncommittedChanges) text.add(change.filePath);
+    text.addLabelled(repo.issues);
+    text.addLabelled(repo.pullRequests);
+    for (const auto& result : repo.dependencySummary.ecosystems) {
+        for (const DependencyUpdate& update : result.updates) text.add(update.package);
+    }
+    return text.take();
 }
 
 }  // namespace
@@ -122,12 +138,8 @@ const std::string& RepositoryFacts::nameKey(const NameCollator& collator) {
     return nameKey_.orElse([&] { return collator.sortKey(repository_.name); });
 }
 
-bool RepositoryFacts::matches(const CaseInsensitiveSearch& search, std::string_view searchText) {
-    if (searchText_ != searchText) {
-        searchText_ = searchText;
-        isMatch_ = contains(repository_, search);
-    }
-    return isMatch_;
+bool RepositoryFacts::matches(const CaseInsensitiveSearch& search) {
+    return search.isInFolded(searchText_.orElse([this] { return searchTextOf(repository_); }));
 }
 
 RepositoryFacts& RepositoryFactsCache::of(const RepositorySnapshot& repository) {
@@ -141,6 +153,10 @@ RepositoryFacts& RepositoryFactsCache::of(const RepositorySnapshot& repository) 
         .emplace(repository.get(),
                  Entry{.repository = repository, .facts = RepositoryFacts(*repository)})
         .first->second.facts;
+}
+
+void RepositoryFactsCache::dropSearchTexts() {
+    for (auto& [repository, entry] : entries_) entry.facts.dropSearchText();
 }
 
 void RepositoryFactsCache::dropReplaced(std::size_t present) {

@@ -28,6 +28,7 @@ class RepositoryFacts {
         std::int64_t real = 0;
         std::int64_t dashboard = 0;
         std::int64_t pullRequests = 0;
+        bool operator==(const IssueCounts&) const = default;
     };
 
     // `repository` must outlive it.
@@ -44,9 +45,10 @@ class RepositoryFacts {
     std::optional<std::chrono::sys_seconds> latestIssueActivityDate();
     // See `NameCollator::sortKey`; `collator` is the same one each time.
     const std::string& nameKey(const NameCollator& collator);
-    // The text is found in a name, a title, a label or a path of the repository; only the last
-    // answer is kept.
-    bool matches(const CaseInsensitiveSearch& search, std::string_view searchText);
+    // What is looked for is found in a name, a title, a label or a path of the repository.
+    bool matches(const CaseInsensitiveSearch& search);
+    // What `matches` remembers is as large as all those texts.
+    void dropSearchText() { searchText_ = {}; }
 
   private:
     template <class Value>
@@ -68,8 +70,7 @@ class RepositoryFacts {
     Remembered<IssueCounts> issueCounts_;
     Remembered<std::optional<std::chrono::sys_seconds>> latestIssueActivityDate_;
     Remembered<std::string> nameKey_;
-    std::optional<std::string> searchText_;
-    bool isMatch_ = false;
+    Remembered<std::string> searchText_;
 };
 
 // The facts of the snapshots that are shown. It keeps no snapshot alive.
@@ -77,6 +78,8 @@ class RepositoryFactsCache {
   public:
     // Holds until the snapshot goes, or until the next call of `dropReplaced`.
     RepositoryFacts& of(const RepositorySnapshot& repository);
+    // Nothing is searched for any more.
+    void dropSearchTexts();
     // Drops those of snapshots that nobody holds any more, when there are more than `present`.
     void dropReplaced(std::size_t present);
 

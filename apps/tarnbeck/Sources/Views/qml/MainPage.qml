@@ -47,7 +47,7 @@ Item {
         Loader {
             id: strip
 
-            active: root.view.strip.scan !== undefined
+            active: root.view.hasStrip
             width: parent.width
 
             sourceComponent: ControlStrip {

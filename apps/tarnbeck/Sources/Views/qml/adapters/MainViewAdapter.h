@@ -18,7 +18,8 @@ class MainViewAdapter : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("It belongs to its window")
-    Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)  // empty: there is none
+    Q_PROPERTY(bool hasStrip READ hasStrip CONSTANT)
+    Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)
     Q_PROPERTY(QStringList filters READ filters CONSTANT)
     Q_PROPERTY(QStringList domains READ domains CONSTANT)
     Q_PROPERTY(QString area READ area NOTIFY areaChanged)  // "empty", "noMatch", "list", "columns"
@@ -37,6 +38,7 @@ class MainViewAdapter : public QObject {
 
     MainView& view() { return *view_; }
 
+    bool hasStrip() const { return shown_.strip.has_value(); }
     QVariantMap strip() const { return strip_; }
     QStringList filters() const;
     QStringList domains() const;
