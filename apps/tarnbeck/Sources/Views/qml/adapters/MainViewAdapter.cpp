@@ -117,8 +117,12 @@ void MainViewAdapter::takeArea() {
                shown_.area);
 }
 
-QStringList MainViewAdapter::filters() const { return titlesOf(FilterMode{}); }
-QStringList MainViewAdapter::domains() const { return titlesOf(DomainMode{}); }
+QStringList MainViewAdapter::filters() const {
+    return titlesOf(FilterMode{});
+}
+QStringList MainViewAdapter::domains() const {
+    return titlesOf(DomainMode{});
+}
 
 QVariantList MainViewAdapter::pills() const {
     return statusPillValues(shown_.statusBar.pills);
