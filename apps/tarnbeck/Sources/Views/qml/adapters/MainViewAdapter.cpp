@@ -76,6 +76,7 @@ void MainViewAdapter::refresh() {
     if (before.strip != shown_.strip) {
         takeStrip();
         Q_EMIT stripChanged();
+        if (before.strip.has_value() != hasStrip()) Q_EMIT hasStripChanged();
     }
     if (before.area != shown_.area) {
         takeArea();
