@@ -134,7 +134,7 @@ Item {
 
         Connections {
             function onSidebarChanged() {
-                rows.positionViewAtBeginning()
+                rows.contentY = rows.originY - rows.topMargin
             }
 
             target: root.view
