@@ -2,12 +2,15 @@
 
 # What it takes to build and to run.
 debian_build_packages=(g++ cmake ninja-build ccache git libfmt-dev libicu-dev
-    libboost-json1.81-dev libcli11-dev libsystemd-dev)
-homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11)
+    libboost-json1.81-dev libcli11-dev libsystemd-dev qt6-base-dev qt6-declarative-dev qt6-svg-dev
+    qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-models
+    qml6-module-qtqml-workerscript fonts-open-sans fonts-jetbrains-mono)
+homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11 qt)
 
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
-    libclang-rt-16-dev dbus-daemon flake8 gh python3 python3-venv openssl ca-certificates)
+    libclang-rt-16-dev dbus-daemon dbus-x11 xvfb xauth openbox trayer xdotool imagemagick x11-utils
+    qt6-declarative-dev-tools flake8 gh python3 python3-venv openssl ca-certificates)
 # From Debian only where there is none: one from elsewhere is newer, and the two exclude each other.
 command -v npm >/dev/null || debian_test_packages+=(npm)
 homebrew_test_packages=(googletest llvm flake8 gh python3 openssl node pnpm)

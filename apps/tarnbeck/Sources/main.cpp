@@ -77,10 +77,10 @@ struct Ground {
 class Desktop {
   public:
     Desktop(Ground& ground, TarnbeckEntry& entry) : ground_(ground), entry_(entry) {
+        loop_.onSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { platform_.terminate(); });
         ground_.earlyPosts.handTo(&loop_);
         caffeinateLauncher_ = makeCaffeinateLauncher();
         app_.emplace(appServices());
-        loop_.onSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { platform_.terminate(); });
     }
 
     void run() {
