@@ -76,6 +76,7 @@ void MainViewAdapter::refresh() {
     if (before.strip != shown_.strip) {
         takeStrip();
         Q_EMIT stripChanged();
+        if (before.strip.has_value() != hasStrip()) Q_EMIT hasStripChanged();
     }
     if (before.area != shown_.area) {
         takeArea();
@@ -117,8 +118,12 @@ void MainViewAdapter::takeArea() {
                shown_.area);
 }
 
-QStringList MainViewAdapter::filters() const { return titlesOf(FilterMode{}); }
-QStringList MainViewAdapter::domains() const { return titlesOf(DomainMode{}); }
+QStringList MainViewAdapter::filters() const {
+    return titlesOf(FilterMode{});
+}
+QStringList MainViewAdapter::domains() const {
+    return titlesOf(DomainMode{});
+}
 
 QVariantList MainViewAdapter::pills() const {
     return statusPillValues(shown_.statusBar.pills);

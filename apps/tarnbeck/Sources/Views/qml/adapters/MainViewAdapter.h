@@ -18,7 +18,7 @@ class MainViewAdapter : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("It belongs to its window")
-    Q_PROPERTY(bool hasStrip READ hasStrip CONSTANT)
+    Q_PROPERTY(bool hasStrip READ hasStrip NOTIFY hasStripChanged)
     Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)
     Q_PROPERTY(QStringList filters READ filters CONSTANT)
     Q_PROPERTY(QStringList domains READ domains CONSTANT)
@@ -65,6 +65,7 @@ class MainViewAdapter : public QObject {
     Q_INVOKABLE void setVisible(bool visible) { view_->setVisible(visible); }
 
   Q_SIGNALS:
+    void hasStripChanged();
     void stripChanged();
     void areaChanged();
     void statusBarChanged();

@@ -10,6 +10,7 @@
 
 #include "Appearance.h"
 #include "MainViewAdapter.h"
+#include "SettingsAdapter.h"
 #include "SymbolProvider.h"
 
 // Made by the build: what of C++ the module "Tarnbeck" knows.
@@ -109,13 +110,24 @@ class ViewWindows::Implementation {
         if (before) before.release()->deleteLater();
     }
 
+    std::unique_ptr<QQuickWindow> settingsWindow(std::unique_ptr<SettingsView> view) {
+        auto adapter = std::make_unique<SettingsAdapter>(std::move(view));
+        auto made =
+            window(QStringLiteral("SettingsPage"), {{"view", QVariant::fromValue(adapter.get())}});
+        // It goes with the window, after what is drawn of it.
+        QObject::connect(made.get(), &QObject::destroyed,
+                         [kept = adapter.release()] { kept->deleteLater(); });
+        return made;
+    }
+
   private:
     // The one style of the engine, which only a document that imports it can name.
     QObject* findStyle() {
         QQmlComponent finder(&engine_);
-        finder.setData("import QtQml\nimport Tarnbeck\n"
-                       "QtObject { readonly property QtObject style: Style }",
-                       QUrl());
+        finder.setData(
+            "import QtQml\nimport Tarnbeck\n"
+            "QtObject { readonly property QtObject style: Style }",
+            QUrl());
         const std::unique_ptr<QObject> found(finder.create());
         if (!found) qFatal("%s", qPrintable(finder.errorString()));
         return found->property("style").value<QObject*>();
@@ -157,6 +169,10 @@ QQuickWindow* ViewWindows::popoverWindow(std::function<void()> onDismissed) {
 
 void ViewWindows::setPopoverView(std::unique_ptr<MainView> view) {
     implementation_->setPopoverView(std::move(view));
+}
+
+std::unique_ptr<QQuickWindow> ViewWindows::settingsWindow(std::unique_ptr<SettingsView> view) {
+    return implementation_->settingsWindow(std::move(view));
 }
 
 }  // namespace tarnbeck

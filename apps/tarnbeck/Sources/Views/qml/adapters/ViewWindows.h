@@ -7,10 +7,9 @@
 #include <memory>
 
 #include "MainView.h"
+#include "SettingsView.h"
 
 namespace tarnbeck {
-
-class SettingsView;
 
 class ViewWindows {
   public:
