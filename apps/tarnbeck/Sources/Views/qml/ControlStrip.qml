@@ -8,6 +8,7 @@ Item {
     required property MainViewAdapter view
     required property color ground
     readonly property var strip: view.strip
+    readonly property var texts: view.stripTexts
 
     function takeSearchFocus() {
         reveal(search)
@@ -140,14 +141,14 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Style.secondary
                 rightPadding: 4
-                text: "Filter"
+                text: root.texts.filterLabel
             }
             SegmentedControl {
                 anchors.verticalCenter: parent.verticalCenter
-                name: "Filter"
+                name: root.texts.filterLabel
                 selection: root.strip.filter
                 titles: root.view.filters
-                width: 180
+                width: root.texts.filterWidth
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
                 onChosen: index => root.view.chooseFilter(index)
@@ -161,7 +162,7 @@ Item {
                 name: "Domain"
                 selection: root.strip.domain
                 titles: root.view.domains
-                width: 300
+                width: root.texts.domainWidth
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
                 onChosen: index => root.view.chooseDomain(index)
@@ -174,7 +175,10 @@ Item {
                 id: search
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 270
+                clearButton: root.strip.clearSearch
+                prompt: root.texts.searchPrompt
+                symbol: root.texts.searchSymbol
+                width: root.texts.searchWidth
 
                 onEdited: text => root.view.setSearchText(text)
                 onHasFocusChanged: if (hasFocus) root.reveal(this)

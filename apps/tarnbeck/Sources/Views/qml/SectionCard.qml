@@ -38,7 +38,7 @@ FocusScope {
         SectionRows {
             id: rows
 
-            readonly property real whole: Math.max(0, root.height - header.height - 8)
+            readonly property real whole: Math.max(0, root.height - header.height - Style.bottomInset)
             readonly property real offset: Math.max(0, Math.min(root.seenTop - header.height, whole - height))
 
             contentY: offset

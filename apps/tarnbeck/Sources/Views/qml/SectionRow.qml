@@ -236,7 +236,7 @@ Item {
         Row {
             id: metadata
 
-            readonly property real room: Math.max(80, Math.min(160, root.width * 0.36))
+            readonly property real room: Math.min(Style.metadataColumnWidth, root.width / 3)
 
             anchors.right: parent.right
             anchors.rightMargin: Style.rowTrailingInset + (root.actions.length > 0 ? root.actions.length * Style.actionColumnWidth : 0)

@@ -80,20 +80,20 @@ QtObject {
     // Measure
     readonly property int rowRadius: 4
     readonly property int cardRadius: 8
-    readonly property int headerHeight: 40
-    readonly property int rowHeight: 24
-    readonly property int subsectionHeight: 32
     readonly property int pillHeight: 28
     readonly property int stripHeight: 46
     readonly property int statusBarHeight: 30
-
-    // Row columns
-    readonly property int rowLeadingInset: 12
-    readonly property int rowChevronSlotWidth: 16
-    readonly property int rowPrimaryIconSlotWidth: 20
-    readonly property int rowTrailingInset: 12
-    readonly property int actionColumnWidth: 24
     readonly property int statusColumnWidth: 18
+
+    // Those of a section's rows, which the logic reckons with: the windows set them.
+    property real headerHeight
+    property real bottomInset
+    property real rowLeadingInset
+    property real rowChevronSlotWidth
+    property real rowPrimaryIconSlotWidth
+    property real rowTrailingInset
+    property real actionColumnWidth
+    property real metadataColumnWidth
 
     // Motion, in milliseconds
     readonly property int sectionReveal: reducesMotion ? 0 : 180
