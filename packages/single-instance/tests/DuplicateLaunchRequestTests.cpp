@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "DuplicateLaunchRequest.h"
+#include "PlayedSurroundings.h"
 
 namespace single_instance {
 namespace {
@@ -8,7 +9,6 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::sys_days;
 
-const WallTime noon = sys_days{std::chrono::year{2026} / 3 / 1} + 12h;
 
 std::optional<WallTime> timeOf(const std::string& date) {
     const auto request = decoded(R"({"arguments":[],"fileURLs":[],"createdAt":")" + date + "\"}");
