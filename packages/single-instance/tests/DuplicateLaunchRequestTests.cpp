@@ -8,7 +8,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using single_instance::testing::noon;
-using std::chrono::sys_days;
 
 std::optional<WallTime> timeOf(const std::string& date) {
     const auto request = decoded(R"({"arguments":[],"fileURLs":[],"createdAt":")" + date + "\"}");
