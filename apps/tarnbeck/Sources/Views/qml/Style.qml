@@ -36,7 +36,7 @@ QtObject {
 
     // Inks
     readonly property color text: isDark ? "#e8ecf1" : "#14191f"
-    readonly property color secondary: isDark ? "#b0b9c4" : "#48525d"
+    readonly property color secondary: isDark ? "#b2bbc6" : "#48525d"
     readonly property color accent: isDark ? "#67d3d6" : "#00636c"
     readonly property color red: isDark ? "#ff918a" : "#b4231a"
     readonly property color orange: isDark ? "#ffa657" : "#9a4700"
