@@ -2,7 +2,9 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QMargins>
 #include <QScreen>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -83,6 +85,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Expose) makeRoomForBorders();
         if (event->type() == QEvent::Close) {
             saveFrame();
             if (delegate_) delegate_->windowWillClose();
@@ -109,6 +112,19 @@ class ContentWindow : public QObject, public settings_window::Window {
         const QRect frame = downwards(frame_);
         content_->window->resize(frame.size());
         content_->window->setFramePosition(frame.topLeft());
+    }
+    // How wide the window manager's borders are is known only when the window is there.
+    void makeRoomForBorders() {
+        QWindow& window = *content_->window;
+        if (window.frameMargins() == borders_) return;
+        borders_ = window.frameMargins();
+        const QRect room = available();
+        const QRect frame = window.frameGeometry();
+        const QPoint last(std::max(room.left(), room.right() + 1 - frame.width()),
+                          std::max(room.top(), room.bottom() + 1 - frame.height()));
+        const QPoint inside(std::clamp(frame.left(), room.left(), last.x()),
+                            std::clamp(frame.top(), room.top(), last.y()));
+        if (inside != frame.topLeft()) window.setFramePosition(inside);
     }
     void saveFrame() {
         if (autosaveName_.empty() || !content_ || !content_->window->isVisible()) return;
@@ -146,6 +162,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     std::string autosaveName_;
     settings_window::WindowDelegate* delegate_ = nullptr;
     std::shared_ptr<QtWindowContent> content_;
+    QMargins borders_;
 };
 
 }  // namespace

@@ -11,6 +11,9 @@
 namespace tarnbeck {
 namespace {
 
+// What a window manager takes of the height, in device-independent pixels.
+constexpr int roomForTitleBar = 40;
+
 // The popover and what hangs from it don't keep the application.
 bool isOrdinary(const QWindow& window) {
     return window.isVisible() && window.type() == Qt::Window;
@@ -26,7 +29,7 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
         return window_ ? window_->title().toStdString() : std::string();
     }
     void makeKeyAndOrderFront() override {
-        if (!window_) window_ = make_();
+        if (!window_) make();
         if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
             window_->showNormal();
         } else {
@@ -41,6 +44,12 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
     bool isVisible() const { return window_ && window_->isVisible(); }
 
   private:
+    void make() {
+        window_ = make_();
+        const QSize room = window_->screen()->availableSize() - QSize(0, roomForTitleBar);
+        window_->resize(window_->size().boundedTo(room).expandedTo(window_->minimumSize()));
+    }
+
     const std::function<QWindow*()> make_;
     QWindow* window_ = nullptr;
 };
