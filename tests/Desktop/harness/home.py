@@ -24,8 +24,12 @@ class Home:
         return path
 
     def read(self, name):
-        with open(self / name, encoding="utf-8") as file:
-            return file.read()
+        """Empty where there is no file, as for a moment while git writes one anew."""
+        try:
+            with open(self / name, encoding="utf-8") as file:
+                return file.read()
+        except FileNotFoundError:
+            return ""
 
     def git(self, repository, *arguments):
         subprocess.run(["git", *arguments], cwd=self / repository, check=True, capture_output=True,

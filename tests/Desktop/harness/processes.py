@@ -22,8 +22,8 @@ def start(command, environment, **options):
                             env=environment, **options)
 
 
-def parents():
-    """Of each living process the parent."""
+def parents(with_the_dead=False):
+    """Of each process the parent. The dead are those whose end their parent has not yet seen."""
     found = {}
     for name in os.listdir("/proc"):
         if not name.isdigit():
@@ -33,14 +33,14 @@ def parents():
                 state, parent = stat.read().rpartition(b")")[2].split()[:2]
         except OSError:
             continue  # it has just ended
-        if state != b"Z":
+        if with_the_dead or state != b"Z":
             found[int(name)] = int(parent)
     return found
 
 
-def descendants(process):
+def descendants(process, with_the_dead=False):
     """The children of the process, their children, and so on."""
-    all_parents = parents()
+    all_parents = parents(with_the_dead)
     found = set()
     generation = {process}
     while generation:
@@ -67,7 +67,7 @@ def end_all_descendants():
             except ProcessLookupError:
                 pass
         reap_orphans()
-        return not descendants(os.getpid())
+        return not descendants(os.getpid(), with_the_dead=True)
 
     wait_until(nothing_runs, "the end of everything that was started")
 
