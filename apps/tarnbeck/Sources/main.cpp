@@ -174,7 +174,6 @@ class Desktop {
 
 void nameApplication() {
     QApplication::setApplicationName(QStringLiteral("tarnbeck"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Tarnbeck"));
     QApplication::setDesktopFileName(QStringLiteral("tarnbeck"));
 }
 

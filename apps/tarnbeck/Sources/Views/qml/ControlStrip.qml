@@ -8,6 +8,7 @@ Item {
     required property MainViewAdapter view
     required property color ground
     readonly property var strip: view.strip
+    readonly property var texts: view.stripTexts
 
     function takeSearchFocus() {
         reveal(search)
@@ -33,10 +34,6 @@ Item {
     Accessible.role: Accessible.ToolBar
     height: Style.stripHeight
 
-    Rectangle {
-        anchors.fill: parent
-        color: root.ground
-    }
     Flickable {
         id: flick
 
@@ -111,7 +108,7 @@ Item {
             }
             StripPill {
                 hasDot: isSelected
-                help: root.strip.awakeFailure !== "" ? root.strip.awakeFailure : pill.help
+                help: pill.help
                 isCheckable: true
                 isChecked: isSelected
                 isSelected: pill.isSelected
@@ -144,14 +141,14 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Style.secondary
                 rightPadding: 4
-                text: "Filter"
+                text: root.texts.filterLabel
             }
             SegmentedControl {
                 anchors.verticalCenter: parent.verticalCenter
-                name: "Filter"
+                name: root.texts.filterLabel
                 selection: root.strip.filter
                 titles: root.view.filters
-                width: 180
+                width: root.texts.filterWidth
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
                 onChosen: index => root.view.chooseFilter(index)
@@ -165,7 +162,7 @@ Item {
                 name: "Domain"
                 selection: root.strip.domain
                 titles: root.view.domains
-                width: 300
+                width: root.texts.domainWidth
 
                 onActiveFocusChanged: if (activeFocus) root.reveal(this)
                 onChosen: index => root.view.chooseDomain(index)
@@ -178,17 +175,23 @@ Item {
                 id: search
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 270
+                clearButton: root.strip.clearSearch
+                prompt: root.texts.searchPrompt
+                symbol: root.texts.searchSymbol
+                width: root.texts.searchWidth
 
                 onEdited: text => root.view.setSearchText(text)
                 onHasFocusChanged: if (hasFocus) root.reveal(this)
             }
         }
     }
-    // More follows to the side.
+    // More follows to the side. (What is not to be seen has no width: an item that comes and goes
+    // makes the software renderer lose its neighbours.)
     component Fade: Rectangle {
+        property bool isNeeded: false
+
         height: parent.height - 1
-        width: 24
+        width: isNeeded ? 24 : 0
 
         gradient: Gradient {
             orientation: Gradient.Horizontal
@@ -206,11 +209,11 @@ Item {
 
     Fade {
         anchors.right: parent.right
-        visible: flick.contentX < flick.contentWidth - flick.width - 1
+        isNeeded: flick.contentX < flick.contentWidth - flick.width - 1
     }
     Fade {
         rotation: 180
-        visible: flick.contentX > 1
+        isNeeded: flick.contentX > 1
     }
     Rectangle {
         anchors.bottom: parent.bottom

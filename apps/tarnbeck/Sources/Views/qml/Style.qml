@@ -38,12 +38,12 @@ QtObject {
     readonly property color text: isDark ? "#e8ecf1" : "#14191f"
     readonly property color secondary: isDark ? "#b0b9c4" : "#48525d"
     readonly property color accent: isDark ? "#67d3d6" : "#00636c"
-    readonly property color red: isDark ? "#ff857c" : "#b4231a"
+    readonly property color red: isDark ? "#ff918a" : "#b4231a"
     readonly property color orange: isDark ? "#ffa657" : "#9a4700"
     readonly property color yellow: isDark ? "#f2d06b" : "#6e5a00"
     readonly property color green: isDark ? "#63d297" : "#14683a"
     readonly property color blue: isDark ? "#79b8ff" : "#1257ad"
-    readonly property color gray: isDark ? "#9aa4b1" : "#56606b"
+    readonly property color gray: isDark ? "#aab4c0" : "#56606b"
 
     function statusColor(name) {
         switch (name) {
@@ -80,20 +80,20 @@ QtObject {
     // Measure
     readonly property int rowRadius: 4
     readonly property int cardRadius: 8
-    readonly property int headerHeight: 40
-    readonly property int rowHeight: 24
-    readonly property int subsectionHeight: 32
     readonly property int pillHeight: 28
     readonly property int stripHeight: 46
     readonly property int statusBarHeight: 30
-
-    // Row columns
-    readonly property int rowLeadingInset: 12
-    readonly property int rowChevronSlotWidth: 16
-    readonly property int rowPrimaryIconSlotWidth: 20
-    readonly property int rowTrailingInset: 12
-    readonly property int actionColumnWidth: 24
     readonly property int statusColumnWidth: 18
+
+    // Those of a section's rows, which the logic reckons with: the windows set them.
+    property real headerHeight
+    property real bottomInset
+    property real rowLeadingInset
+    property real rowChevronSlotWidth
+    property real rowPrimaryIconSlotWidth
+    property real rowTrailingInset
+    property real actionColumnWidth
+    property real metadataColumnWidth
 
     // Motion, in milliseconds
     readonly property int sectionReveal: reducesMotion ? 0 : 180
