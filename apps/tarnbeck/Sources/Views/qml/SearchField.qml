@@ -14,14 +14,14 @@ Rectangle {
     signal edited(string text)
 
     function takeFocus() {
-        input.forceActiveFocus()
-        input.selectAll()
+        input.forceActiveFocus();
+        input.selectAll();
     }
     function clear() {
         if (input.text === "")
-            return
-        input.text = ""
-        edited("")
+            return;
+        input.text = "";
+        edited("");
     }
 
     border.color: input.activeFocus ? Style.tinted(Style.accent, 0.7) : Style.hairline
@@ -84,8 +84,8 @@ Rectangle {
         visible: root.clearButton !== undefined && root.clearButton !== null
 
         onClicked: {
-            root.clear()
-            input.forceActiveFocus()
+            root.clear();
+            input.forceActiveFocus();
         }
     }
     Rectangle {

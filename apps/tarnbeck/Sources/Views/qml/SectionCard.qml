@@ -26,7 +26,8 @@ FocusScope {
             section: root.section
             width: parent.width
 
-            onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard) root.revealRequested(0, height)
+            onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard)
+                root.revealRequested(0, height)
         }
         Rectangle {
             color: Style.hairline
@@ -49,7 +50,7 @@ FocusScope {
             width: parent.width
             y: header.height + offset
 
-            Behavior on opacity {
+            Behavior on opacity  {
                 NumberAnimation {
                     duration: Style.sectionReveal
                     easing.type: Easing.InOutQuad

@@ -9,7 +9,7 @@ Item {
 
     function activate() {
         if (section.canCollapse)
-            section.toggle()
+            section.toggle();
     }
 
     Accessible.name: section.accessibleName
