@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QSize>
 #include <QWindow>
 #include <chrono>
@@ -36,7 +35,7 @@ class QtPopover : public menubar_popover::Popover {
     void activeChanged();
     void visibleChanged(bool visible);
 
-    QPointer<QWindow> window_;
+    QWindow* window_ = nullptr;
     QSize contentSize_;
     QObject connections_;  // they end with it
     std::optional<std::chrono::steady_clock::time_point> changedAt_;
