@@ -289,6 +289,8 @@ Item {
         id: note
 
         Row {
+            Accessible.name: root.value.text || ""
+            Accessible.role: Accessible.StaticText
             height: 30
             spacing: 6
 
@@ -312,6 +314,8 @@ Item {
         id: path
 
         Item {
+            Accessible.name: root.value.path || ""
+            Accessible.role: Accessible.ListItem
             height: 30
 
             Symbol {
