@@ -156,6 +156,7 @@ Item {
                 clearButton: root.strip.clearSearch
                 prompt: root.texts.searchPrompt
                 symbol: root.texts.searchSymbol
+                value: root.strip.searchText
                 width: root.texts.searchWidth
 
                 onEdited: text => root.view.setSearchText(text)

@@ -8,10 +8,14 @@ Rectangle {
     property string prompt
     property string symbol
     property var clearButton: null  // absent while there is nothing to clear
+    property string value  // what is searched for; shown unless it stands there already
     property alias text: input.text
     readonly property bool hasFocus: input.activeFocus
 
     signal edited(string text)
+
+    onValueChanged: if (input.text !== value)
+        input.text = value
 
     function takeFocus() {
         input.forceActiveFocus();
