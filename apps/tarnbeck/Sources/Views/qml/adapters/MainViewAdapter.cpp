@@ -58,6 +58,7 @@ QVariantMap stripValue(const ControlStrip& strip) {
         {"settings", pillValue(strip.settings)},
         {"filter", static_cast<int>(strip.filter)},
         {"domain", static_cast<int>(strip.domain)},
+        {"searchText", qtText(strip.searchText)},
         {"clearSearch", strip.clearSearch ? QVariant(pillValue(*strip.clearSearch)) : QVariant()}};
 }
 
