@@ -191,6 +191,10 @@ void runApplication(int& argc, char** argv, Ground& ground, TarnbeckEntry& entry
 int run(int argc, char** argv) {
     // A reader that goes away is told of by the write.
     std::signal(SIGPIPE, SIG_IGN);
+    if (!hasDisplay()) {
+        complain("There is no display here. In a terminal there is tarnbeck-cli.");
+        return EXIT_FAILURE;
+    }
     LaunchInput input = launchInput(argc, argv);
     std::optional<FixtureHome> fixtureHome;
     if (UITestLaunchMode::isEnabled(input)) fixtureHome.emplace();

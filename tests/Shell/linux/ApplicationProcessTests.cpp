@@ -99,6 +99,13 @@ TEST_F(ApplicationProcess, OnFixturesTakesItsOwnHomeAway) {
     }
 }
 
+TEST_F(ApplicationProcess, WithoutADisplayFails) {
+    CompanionProgram alone(
+        {"/usr/bin/env", "-i", "HOME=" + home.path(), TARNBECK_APPLICATION, "--app-mode=regular"});
+    EXPECT_EQ(alone.wait(), 1);
+    EXPECT_TRUE(std::filesystem::is_empty(home.path()));
+}
+
 TEST_F(ApplicationProcess, LocksInTheUsersPlace) {
     start({});
     EXPECT_TRUE(

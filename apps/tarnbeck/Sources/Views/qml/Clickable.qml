@@ -34,6 +34,8 @@ Item {
     Keys.onMenuPressed: contextRequested()
     Component.onDestruction: Tips.leave(root)
 
+    onActiveFocusChanged: activeFocus && Style.focusByKeyboard ? Tips.enter(root, root.help) : Tips.leave(root)
+
     HoverHandler {
         id: hover
 

@@ -33,10 +33,6 @@ Item {
     Accessible.role: Accessible.ToolBar
     height: Style.stripHeight
 
-    Rectangle {
-        anchors.fill: parent
-        color: root.ground
-    }
     Flickable {
         id: flick
 
@@ -111,7 +107,7 @@ Item {
             }
             StripPill {
                 hasDot: isSelected
-                help: root.strip.awakeFailure !== "" ? root.strip.awakeFailure : pill.help
+                help: pill.help
                 isCheckable: true
                 isChecked: isSelected
                 isSelected: pill.isSelected
@@ -185,10 +181,13 @@ Item {
             }
         }
     }
-    // More follows to the side.
+    // More follows to the side. (What is not to be seen has no width: an item that comes and goes
+    // makes the software renderer lose its neighbours.)
     component Fade: Rectangle {
+        property bool isNeeded: false
+
         height: parent.height - 1
-        width: 24
+        width: isNeeded ? 24 : 0
 
         gradient: Gradient {
             orientation: Gradient.Horizontal
@@ -206,11 +205,11 @@ Item {
 
     Fade {
         anchors.right: parent.right
-        visible: flick.contentX < flick.contentWidth - flick.width - 1
+        isNeeded: flick.contentX < flick.contentWidth - flick.width - 1
     }
     Fade {
         rotation: 180
-        visible: flick.contentX > 1
+        isNeeded: flick.contentX > 1
     }
     Rectangle {
         anchors.bottom: parent.bottom

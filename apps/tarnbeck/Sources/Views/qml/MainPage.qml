@@ -8,12 +8,13 @@ Item {
     required property MainViewAdapter view
     property bool isPopover: false
     readonly property color ground: Style.ground(view.backdropOpacity)
+    readonly property color barGround: Style.over(ground, Style.bar)
 
     // Escape that nothing else wanted.
     signal dismissed
 
     function find() {
-        if (strip.item)
+        if (strip.item && !alerts.isOpen && !menus.isOpen)
             strip.item.takeSearchFocus()
     }
 
@@ -37,11 +38,23 @@ Item {
         anchors.fill: parent
         color: root.ground
     }
+    // The grounds of strip and status bar stand here, where nothing comes and goes beside them: the
+    // software renderer may lose what has such neighbours.
+    Rectangle {
+        color: root.barGround
+        height: strip.height
+        width: parent.width
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: root.barGround
+        height: bar.height
+        width: parent.width
+    }
     FocusScope {
         id: everything
 
         anchors.fill: parent
-        enabled: !alerts.isOpen
         focus: true
 
         Loader {
@@ -51,7 +64,7 @@ Item {
             width: parent.width
 
             sourceComponent: ControlStrip {
-                ground: Style.over(root.ground, Style.bar)
+                ground: root.barGround
                 view: root.view
                 width: strip.width
             }
@@ -69,7 +82,6 @@ Item {
             id: bar
 
             anchors.bottom: parent.bottom
-            ground: Style.over(root.ground, Style.bar)
             view: root.view
             width: parent.width
         }
@@ -103,10 +115,13 @@ Item {
     AlertLayer {
         id: alerts
 
+        fallback: everything
         view: root.view
     }
     MenuLayer {
         id: menus
+
+        fallback: everything
     }
     TipBubble {
     }

@@ -8,6 +8,7 @@ Item {
 
     readonly property bool isOpen: Menus.owner !== null && Menus.owner.Window.window === root.Window.window
     property Item returnFocusTo: null
+    property Item fallback: null
 
     function close() {
         Menus.close()
@@ -24,14 +25,15 @@ Item {
 
     onIsOpenChanged: {
         if (isOpen) {
-            returnFocusTo = Window.window.activeFocusItem
+            returnFocusTo = Focus.keeperOf(Window.window.activeFocusItem)
             const spot = Menus.owner.mapToItem(root, Menus.at.x, Menus.at.y)
             card.x = Math.round(Math.max(8, Math.min(spot.x, width - card.width - 8)))
-            card.y = Math.round(spot.y + card.height + 8 > height ? Math.max(8, height - card.height - 8) : spot.y)
+            const tall = Menus.entries.length * 28 + 8  // what is in it is laid out later
+            card.y = Math.round(spot.y + tall + 8 > height ? Math.max(8, height - tall - 8) : spot.y)
             list.current = Math.max(0, Menus.entries.findIndex(entry => entry.isChecked))
             list.forceActiveFocus()
-        } else if (returnFocusTo) {
-            returnFocusTo.forceActiveFocus()
+        } else {
+            Focus.giveBackTo(returnFocusTo, fallback)
             returnFocusTo = null
         }
     }

@@ -2,10 +2,11 @@
 import QtQuick
 import Tarnbeck
 
-Item {
+FocusScope {
     id: root
 
     required property SectionAdapter section
+    required property int index
 
     Rectangle {
         anchors.bottomMargin: 8

@@ -8,9 +8,12 @@ ListView {
 
     required property SectionAdapter section
 
-    function current() {
-        return currentItem
-    }
+    // The focus comes back here when a button of a row has gone.
+    readonly property bool keepsFocus: true
+    // In a card the whole area scrolls, and is asked to show a row.
+    property bool scrollsItself: true
+
+    signal revealRequested(real top, real height)
 
     Accessible.name: section.name
     Accessible.role: Accessible.Tree
@@ -24,6 +27,15 @@ ListView {
     keyNavigationEnabled: false
     model: section.rows
 
+    add: Transition {
+        NumberAnimation {
+            duration: Style.rowReveal
+            easing.type: Easing.InOutQuad
+            from: 0
+            property: "opacity"
+            to: 1
+        }
+    }
     delegate: SectionRow {
         isCurrent: root.activeFocus && root.currentIndex === index
         section: root.section
@@ -75,6 +87,9 @@ ListView {
 
     function select(index) {
         currentIndex = index
-        positionViewAtIndex(index, ListView.Contain)
+        if (scrollsItself)
+            positionViewAtIndex(index, ListView.Contain)
+        else
+            revealRequested(section.rows.topOf(index), section.rows.heightOf(index))
     }
 }

@@ -17,6 +17,7 @@ Rectangle {
             chosen(index)
     }
 
+    Accessible.description: titles[selection] || ""
     Accessible.name: name
     Accessible.role: Accessible.Grouping
     activeFocusOnTab: true

@@ -1,5 +1,6 @@
 // The settings: a sidebar of panes, and the cards of the selected one.
 import QtQuick
+import QtQuick.Window
 import Tarnbeck
 
 Item {
@@ -27,7 +28,7 @@ Item {
         id: side
 
         Accessible.name: root.view.sidebarTitle
-        Accessible.role: Accessible.List
+        Accessible.role: Accessible.PageTabList
         height: parent.height
         width: root.view.sidebarWidth
 
@@ -132,6 +133,24 @@ Item {
             width: ListView.view.width
         }
 
+        // What has the focus is brought into sight.
+        Connections {
+            function onActiveFocusItemChanged() {
+                const item = root.Window.window.activeFocusItem
+                for (let each = item; each; each = each.parent) {
+                    if (each === rows.contentItem) {
+                        const top = item.mapToItem(rows.contentItem, 0, 0).y
+                        if (top - 24 < rows.contentY)
+                            rows.contentY = Math.max(rows.originY - rows.topMargin, top - 24)
+                        else if (top + item.height + 24 > rows.contentY + rows.height)
+                            rows.contentY = top + item.height + 24 - rows.height
+                        return
+                    }
+                }
+            }
+
+            target: root.Window.window
+        }
         Connections {
             function onSidebarChanged() {
                 rows.contentY = rows.originY - rows.topMargin

@@ -111,6 +111,7 @@ Item {
             }
             Switch {
                 accessibleName: root.value.accessibleName || ""
+                accessibleValue: root.value.subtitle || ""
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 isChecked: root.value.isOn === true
@@ -294,6 +295,7 @@ Item {
                 color: Style.secondary
                 font.pixelSize: root.value.symbol ? Style.small : Style.body
                 text: root.value.text || ""
+                width: Math.min(implicitWidth, loader.width - 24)
             }
         }
     }

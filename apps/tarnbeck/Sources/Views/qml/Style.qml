@@ -38,12 +38,12 @@ QtObject {
     readonly property color text: isDark ? "#e8ecf1" : "#14191f"
     readonly property color secondary: isDark ? "#b0b9c4" : "#48525d"
     readonly property color accent: isDark ? "#67d3d6" : "#00636c"
-    readonly property color red: isDark ? "#ff857c" : "#b4231a"
+    readonly property color red: isDark ? "#ff918a" : "#b4231a"
     readonly property color orange: isDark ? "#ffa657" : "#9a4700"
     readonly property color yellow: isDark ? "#f2d06b" : "#6e5a00"
     readonly property color green: isDark ? "#63d297" : "#14683a"
     readonly property color blue: isDark ? "#79b8ff" : "#1257ad"
-    readonly property color gray: isDark ? "#9aa4b1" : "#56606b"
+    readonly property color gray: isDark ? "#aab4c0" : "#56606b"
 
     function statusColor(name) {
         switch (name) {

@@ -39,11 +39,14 @@ Rectangle {
         verticalAlignment: TextInput.AlignVCenter
 
         Component.onCompleted: text = root.value
-        Keys.onReturnPressed: event => {
+        function take(event) {
             event.accepted = text !== ""
             if (event.accepted)
                 root.accepted()
         }
+
+        Keys.onEnterPressed: event => take(event)
+        Keys.onReturnPressed: event => take(event)
         onTextEdited: root.edited(text)
 
         AppText {
