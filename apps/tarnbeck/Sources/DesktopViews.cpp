@@ -1,6 +1,5 @@
 #include "DesktopViews.h"
 
-#include <QPointer>
 #include <utility>
 
 #include "QtContentWindow.h"

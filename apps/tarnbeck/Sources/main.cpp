@@ -85,7 +85,9 @@ class Desktop {
 
     void run() {
         app_->openScenes();
-        loop_.post([this] { platform_.delegate().applicationDidFinishLaunching(); });
+        loop_.post([this] {
+            if (auto* delegate = platform_.delegate()) delegate->applicationDidFinishLaunching();
+        });
         loop_.run();
     }
 
@@ -159,7 +161,7 @@ class Desktop {
     QtExternalOpener opener_;
     QtWindowPlatform windowPlatform_{ground_.userDefaults};
     QtPopoverPlatform popoverPlatform_{loop_};
-    QtDesktopPlatform platform_{[this] { return views().mainWindow(); }};
+    QtDesktopPlatform platform_{[this] { return views().mainWindow(); }, loop_};
     DesktopEngine engine_{ground_.place,
                           {.loop = loop_,
                            .queues = ground_.queues,

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "ScreenGeometry.h"
 #include "WindowPositionStore.h"
 #include "WindowSizeStore.h"
 
@@ -51,8 +52,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void setReleasedWhenClosed(bool /*isReleased*/) override {}  // it never is
     void center() override {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (!screen) return;
         QRect centred = downwards(frame_);
-        centred.moveCenter(available().center());
+        centred.moveCenter(screen->availableGeometry().center());
         frame_ = upwards(centred);
     }
     void setContentView(std::shared_ptr<settings_window::WindowContent> content) override {
@@ -65,11 +68,11 @@ class ContentWindow : public QObject, public settings_window::Window {
     void setDelegate(settings_window::WindowDelegate* delegate) override { delegate_ = delegate; }
     void setFrameAutosaveName(std::string_view name) override {
         autosaveName_ = name;
-        const WindowSize size = sizeStore().load(frame_.size);
-        const auto origin = positionStore().load(size, upwards(available()));
-        frame_.size = size;
-        if (origin) {
-            frame_.origin = *origin;
+        frame_.size = sizeStore().load(frame_.size);
+        const auto saved = positionStore().savedValues();
+        if (saved) {
+            frame_.origin = {.x = saved->x, .y = saved->topY - frame_.size.height};
+            moveIntoScreen();
         } else {
             center();
         }
@@ -77,9 +80,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void makeKeyAndOrderFront() override {
         if (!content_) return;
-        content_->window->show();
-        content_->window->raise();
-        content_->window->requestActivate();
+        bringToFront(*content_->window);
     }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
@@ -91,8 +92,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
 
   private:
-    static QRect available() {
-        return QGuiApplication::primaryScreen()->availableVirtualGeometry();
+    void moveIntoScreen() {
+        const auto area = areaOfWindow(downwards(frame_), screenAreas());
+        if (!area) return;
+        frame_.origin = WindowPositionStore::clamped(frame_.origin, frame_.size, upwards(*area));
     }
 
     void take(std::shared_ptr<settings_window::WindowContent> content) {
