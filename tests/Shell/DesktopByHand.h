@@ -86,6 +86,7 @@ class DesktopByHand : public DesktopPlatform, public menubar_popover::PopoverPla
         events.emplace_back("delegate");
         delegate = &attached;
     }
+    void detach() override { delegate = nullptr; }
     void openWindowGroup(const WindowGroup& group) override {
         groups.push_back(group);
         addWindow(group.title);

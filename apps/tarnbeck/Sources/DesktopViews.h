@@ -1,7 +1,9 @@
 // Joins views with the windows that show them. Main thread.
 #pragma once
 
+#include <QPointer>
 #include <QSize>
+#include <QWindow>
 #include <functional>
 #include <memory>
 
@@ -32,7 +34,7 @@ class DesktopViews {
 
     const std::function<MainView::Services()> services_;
     ViewWindows windows_;
-    QWindow* mainWindow_ = nullptr;
+    QPointer<QWindow> mainWindow_;
 };
 
 }  // namespace tarnbeck

@@ -100,6 +100,19 @@ TEST(MainPage, DrawsBitByBitWhatItDrawsAtOnce) {
     EXPECT_EQ(page.window->grabWindow(), bitByBit);
 }
 
+TEST(MainPage, LeavesTheStripWhereItIsWhileAllOfItIsInSight) {
+    PageHarness page(sampleRepositories());
+    page.view->toggleViewMode();
+    page.settle();
+    const QQuickItem* scan = page.named(QStringLiteral("Scan"));
+    ASSERT_NE(scan, nullptr);
+    const double left = scan->mapToScene({0, 0}).x();
+    for (int step = 0; step < 14; ++step) {
+        page.key(Qt::Key_Tab);
+        EXPECT_EQ(scan->mapToScene({0, 0}).x(), left) << page.focusName().toStdString();
+    }
+}
+
 TEST(MainPage, GivesEveryButtonAName) {
     PageHarness page(sampleRepositories());
     openEverything(page);

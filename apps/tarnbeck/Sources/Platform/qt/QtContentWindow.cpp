@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "ScreenGeometry.h"
 #include "WindowPositionStore.h"
 #include "WindowSizeStore.h"
 
@@ -53,8 +54,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void setReleasedWhenClosed(bool /*isReleased*/) override {}  // it never is
     void center() override {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (!screen) return;
         QRect centred = downwards(frame_);
-        centred.moveCenter(available().center());
+        centred.moveCenter(screen->availableGeometry().center());
         frame_ = upwards(centred);
     }
     void setContentView(std::shared_ptr<settings_window::WindowContent> content) override {
@@ -67,11 +70,11 @@ class ContentWindow : public QObject, public settings_window::Window {
     void setDelegate(settings_window::WindowDelegate* delegate) override { delegate_ = delegate; }
     void setFrameAutosaveName(std::string_view name) override {
         autosaveName_ = name;
-        const WindowSize size = sizeStore().load(frame_.size);
-        const auto origin = positionStore().load(size, upwards(available()));
-        frame_.size = size;
-        if (origin) {
-            frame_.origin = *origin;
+        frame_.size = sizeStore().load(frame_.size);
+        const auto saved = positionStore().savedValues();
+        if (saved) {
+            frame_.origin = {.x = saved->x, .y = saved->topY - frame_.size.height};
+            moveIntoScreen();
         } else {
             center();
         }
@@ -79,9 +82,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void makeKeyAndOrderFront() override {
         if (!content_) return;
-        content_->window->show();
-        content_->window->raise();
-        content_->window->requestActivate();
+        bringToFront(*content_->window);
     }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
@@ -94,8 +95,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
 
   private:
-    static QRect available() {
-        return QGuiApplication::primaryScreen()->availableVirtualGeometry();
+    void moveIntoScreen() {
+        const auto area = areaOfWindow(downwards(frame_), screenAreas());
+        if (!area) return;
+        frame_.origin = WindowPositionStore::clamped(frame_.origin, frame_.size, upwards(*area));
     }
 
     void take(std::shared_ptr<settings_window::WindowContent> content) {
@@ -118,8 +121,10 @@ class ContentWindow : public QObject, public settings_window::Window {
         QWindow& window = *content_->window;
         if (window.frameMargins() == borders_) return;
         borders_ = window.frameMargins();
-        const QRect room = available();
         const QRect frame = window.frameGeometry();
+        const auto area = areaOfWindow(frame, screenAreas());
+        if (!area) return;
+        const QRect room = *area;
         const QPoint last(std::max(room.left(), room.right() + 1 - frame.width()),
                           std::max(room.top(), room.bottom() + 1 - frame.height()));
         const QPoint inside(std::clamp(frame.left(), room.left(), last.x()),

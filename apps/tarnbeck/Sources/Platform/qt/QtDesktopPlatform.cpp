@@ -1,12 +1,14 @@
 #include "QtDesktopPlatform.h"
 
 #include <QApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <algorithm>
 #include <utility>
 
 #include "QtStatusItem.h"
+#include "ScreenGeometry.h"
 
 namespace tarnbeck {
 namespace {
@@ -29,34 +31,37 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
         return window_ ? window_->title().toStdString() : std::string();
     }
     void makeKeyAndOrderFront() override {
-        if (!window_) make();
-        if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
-            window_->showNormal();
-        } else {
-            window_->show();
-        }
-        window_->raise();
-        window_->requestActivate();
+        if (!window_) makeWindow();
+        bringToFront(*window_);
     }
+    void setGroup(const WindowGroup& group) { group_ = group; }
     void orderOut() override {
         if (window_) window_->hide();
     }
     bool isVisible() const { return window_ && window_->isVisible(); }
 
   private:
-    void make() {
+    void makeWindow() {
         window_ = make_();
-        const QSize room = window_->screen()->availableSize() - QSize(0, roomForTitleBar);
-        window_->resize(window_->size().boundedTo(room).expandedTo(window_->minimumSize()));
+        window_->setTitle(QString::fromStdString(group_.title));
+        const QSize wanted = QSizeF(group_.width, group_.height).toSize();
+        const QScreen* screen = window_->screen();
+        if (!screen) {
+            window_->resize(wanted);
+            return;
+        }
+        const QSize room = screen->availableSize() - QSize(0, roomForTitleBar);
+        window_->resize(wanted.boundedTo(room).expandedTo(window_->minimumSize()));
     }
 
     const std::function<QWindow*()> make_;
-    QWindow* window_ = nullptr;
+    WindowGroup group_;
+    QPointer<QWindow> window_;
 };
 
-QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow)
+QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow, const Clock& clock)
     : mainWindow_(std::make_unique<MainWindow>(std::move(makeMainWindow))),
-      popover_(std::make_shared<QtPopover>()) {
+      popover_(std::make_shared<QtPopover>(clock)) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -64,13 +69,15 @@ QtDesktopPlatform::~QtDesktopPlatform() = default;
 
 void QtDesktopPlatform::attach(ApplicationDelegate& delegate) {
     delegate_ = &delegate;
-    QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, &connections_,
-                     [this] { delegate_->applicationWillTerminate(); });
+    QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, &connections_, [this] {
+        if (delegate_) delegate_->applicationWillTerminate();
+    });
     QObject::connect(qGuiApp, &QGuiApplication::lastWindowClosed, &connections_,
                      [this] { lastWindowClosed(); });
 }
 
 void QtDesktopPlatform::lastWindowClosed() {
+    if (!delegate_) return;
     const auto windows = QGuiApplication::topLevelWindows();
     const bool oneIsLeft =
         std::ranges::any_of(windows, [](const QWindow* window) { return isOrdinary(*window); });
@@ -79,18 +86,13 @@ void QtDesktopPlatform::lastWindowClosed() {
 
 // One that shows nothing is not made: nobody is to see it.
 void QtDesktopPlatform::openWindowGroup(const WindowGroup& group) {
+    mainWindow_->setGroup(group);
     if (group.showsMainView) showMainWindow();
 }
 
 void QtDesktopPlatform::setActivationPolicy(ActivationPolicy policy) {
     policy_ = policy;
     applyActivationPolicy(policy);
-}
-
-void QtDesktopPlatform::activateIgnoringOtherApps() {
-    if (mainWindow_->isVisible() || policy_ == ActivationPolicy::regular) {
-        mainWindow_->makeKeyAndOrderFront();
-    }
 }
 
 std::vector<DesktopWindow*> QtDesktopPlatform::windows() {
@@ -125,10 +127,7 @@ std::optional<ClickEvent> QtDesktopPlatform::currentEvent() const {
 }
 
 std::optional<ScreenSize> QtDesktopPlatform::mainScreenVisibleFrame() const {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen) return std::nullopt;
-    const QSize size = screen->availableGeometry().size();
-    return ScreenSize{static_cast<double>(size.width()), static_cast<double>(size.height())};
+    return visibleFrameOf(QGuiApplication::primaryScreen());
 }
 
 }  // namespace tarnbeck

@@ -29,6 +29,8 @@ class QtStatusItem : public StatusItem {
     double thickness() const override;
     TextMeasurement textMeasurement() const override;
 
+    // What the tray tells of.
+    void activated(QSystemTrayIcon::ActivationReason reason);
     // The click that is being handled.
     std::optional<ClickEvent> currentEvent() const;
     // How often a picture was handed to the system.
@@ -37,8 +39,6 @@ class QtStatusItem : public StatusItem {
   private:
     class Button;
     class AppearanceWatch;
-
-    void activated(QSystemTrayIcon::ActivationReason reason);
 
     QtPopover& popover_;
     std::shared_ptr<Button> button_;

@@ -34,14 +34,18 @@ Item {
     Accessible.role: Accessible.ToolBar
     height: Style.stripHeight
 
-    Flickable {
+    // What is wider than the window is moved by the wheel and by the focus.
+    Item {
         id: flick
 
+        property real contentX: 0
+        readonly property real contentWidth: content.width + 24
+        readonly property real originX: 0
+
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
-        contentHeight: height
-        contentWidth: content.width + 24
-        interactive: false
+
+        onContentWidthChanged: contentX = Math.max(0, Math.min(contentX, contentWidth - width))
+        onWidthChanged: contentX = Math.max(0, Math.min(contentX, contentWidth - width))
 
         WheelScroll {
             area: flick
@@ -53,7 +57,7 @@ Item {
 
             height: parent.height
             spacing: 4
-            x: 12
+            x: 12 - flick.contentX
 
             StripPill {
                 pill: root.strip.viewToggle
@@ -190,23 +194,25 @@ Item {
         onActiveFocusChanged: if (activeFocus)
             root.reveal(this)
     }
-    // More follows to the side. (What is not to be seen has no width: an item that comes and goes
-    // makes the software renderer lose its neighbours.)
+    // More follows to the side.
     component Fade: Rectangle {
         property bool isNeeded: false
+        property color from: Style.tinted(root.ground, 0)
+        property color to: root.ground
 
         height: parent.height - 1
-        width: isNeeded ? 24 : 0
+        visible: isNeeded
+        width: 24
 
         gradient: Gradient {
             orientation: Gradient.Horizontal
 
             GradientStop {
-                color: Style.tinted(root.ground, 0)
+                color: from
                 position: 0
             }
             GradientStop {
-                color: root.ground
+                color: to
                 position: 1
             }
         }
@@ -217,8 +223,9 @@ Item {
         isNeeded: flick.contentX < flick.contentWidth - flick.width - 1
     }
     Fade {
-        rotation: 180
+        from: root.ground
         isNeeded: flick.contentX > 1
+        to: Style.tinted(root.ground, 0)
     }
     Rectangle {
         anchors.bottom: parent.bottom

@@ -38,8 +38,7 @@ Item {
         anchors.fill: parent
         color: root.ground
     }
-    // The grounds of strip and status bar stand here, where nothing comes and goes beside them: the
-    // software renderer may lose what has such neighbours.
+    // The grounds of strip and status bar.
     Rectangle {
         color: root.barGround
         height: strip.height
@@ -66,7 +65,6 @@ Item {
             sourceComponent: ControlStrip {
                 ground: root.barGround
                 view: root.view
-                width: strip.width
             }
         }
         Loader {

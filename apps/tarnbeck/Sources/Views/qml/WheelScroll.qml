@@ -5,7 +5,7 @@ import QtQuick
 WheelHandler {
     id: root
 
-    required property Flickable area
+    required property Item area
     property bool isHorizontal: false
     // Takes the turns of a plain wheel too, where there is nothing to scroll up and down.
     property bool takesBoth: false
