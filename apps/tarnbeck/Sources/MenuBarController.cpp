@@ -114,7 +114,7 @@ void MenuBarController::showContextMenu() {
         anchor_.guarded([actions = std::move(actions)](MenuBarController& self, std::size_t index) {
             if (const Action action = actions.at(index)) (self.*action)();
         });
-    statusItem_->popUpMenu(std::move(items), choose);
+    statusItem_->popUpMenu(items, choose);
 }
 
 void MenuBarController::togglePopover() {

@@ -136,6 +136,16 @@ TEST_F(QtPopoverWindow, ClosesWhenAnotherWindowBecomesActive) {
     EXPECT_EQ(closed, 1);
 }
 
+TEST_F(QtPopoverWindow, IsClosedForGoodWhenItsWindowHasGone) {
+    QtPopover bereft(clock);
+    {
+        QWindow passing;
+        bereft.setWindow(&passing);
+    }
+    bereft.performClose(nullptr);
+    EXPECT_FALSE(bereft.isShown());
+}
+
 TEST_F(QtPopoverWindow, ClickThatTookItsFocusDoesNotOpenItAgain) {
     EXPECT_FALSE(popover.hasJustChanged());
     show();

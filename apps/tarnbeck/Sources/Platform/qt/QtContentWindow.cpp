@@ -2,7 +2,9 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QMargins>
 #include <QScreen>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -84,6 +86,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Expose) makeRoomForBorders();
         if (event->type() == QEvent::Close) {
             saveFrame();
             if (delegate_) delegate_->windowWillClose();
@@ -112,6 +115,21 @@ class ContentWindow : public QObject, public settings_window::Window {
         const QRect frame = downwards(frame_);
         content_->window->resize(frame.size());
         content_->window->setFramePosition(frame.topLeft());
+    }
+    // How wide the window manager's borders are is known only when the window is there.
+    void makeRoomForBorders() {
+        QWindow& window = *content_->window;
+        if (window.frameMargins() == borders_) return;
+        borders_ = window.frameMargins();
+        const QRect frame = window.frameGeometry();
+        const auto area = areaOfWindow(frame, screenAreas());
+        if (!area) return;
+        const QRect& room = *area;
+        const QPoint last(std::max(room.left(), room.right() + 1 - frame.width()),
+                          std::max(room.top(), room.bottom() + 1 - frame.height()));
+        const QPoint inside(std::clamp(frame.left(), room.left(), last.x()),
+                            std::clamp(frame.top(), room.top(), last.y()));
+        if (inside != frame.topLeft()) window.setFramePosition(inside);
     }
     void saveFrame() {
         if (autosaveName_.empty() || !content_ || !content_->window->isVisible()) return;
@@ -149,6 +167,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     std::string autosaveName_;
     settings_window::WindowDelegate* delegate_ = nullptr;
     std::shared_ptr<QtWindowContent> content_;
+    QMargins borders_;
 };
 
 }  // namespace

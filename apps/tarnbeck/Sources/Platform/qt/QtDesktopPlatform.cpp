@@ -1,7 +1,8 @@
 #include "QtDesktopPlatform.h"
 
 #include <QApplication>
-#include <QPointer>
+#include <QObject>
+#include <QScreen>
 #include <QSystemTrayIcon>
 #include <algorithm>
 #include <utility>
@@ -11,6 +12,9 @@
 
 namespace tarnbeck {
 namespace {
+
+// What a window manager takes of the height, in device-independent pixels.
+constexpr int roomForTitleBar = 40;
 
 // The popover and what hangs from it don't keep the application.
 bool isOrdinary(const QWindow& window) {
@@ -39,13 +43,20 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
   private:
     void makeWindow() {
         window_ = make_();
+        QObject::connect(window_, &QObject::destroyed, &connections_,
+                         [this] { window_ = nullptr; });
         window_->setTitle(QString::fromStdString(group_.title));
-        window_->resize(QSizeF(group_.width, group_.height).toSize());
+        QSize size = QSizeF(group_.width, group_.height).toSize();
+        if (const QScreen* screen = window_->screen()) {
+            size = size.boundedTo(screen->availableSize() - QSize(0, roomForTitleBar));
+        }
+        window_->resize(size.expandedTo(window_->minimumSize()));
     }
 
     const std::function<QWindow*()> make_;
     WindowGroup group_;
-    QPointer<QWindow> window_;
+    QWindow* window_ = nullptr;
+    QObject connections_;  // they end with it
 };
 
 QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow, const Clock& clock)

@@ -33,6 +33,7 @@ QPoint pointerOn(const QScreen& screen) {
 void QtPopover::setWindow(QWindow* window) {
     if (window_ == window) return;
     window_ = window;
+    QObject::connect(window, &QObject::destroyed, &connections_, [this] { window_ = nullptr; });
     QObject::connect(window, &QWindow::activeChanged, &connections_, [this] { activeChanged(); });
     QObject::connect(window, &QWindow::visibleChanged, &connections_,
                      [this](bool visible) { visibleChanged(visible); });

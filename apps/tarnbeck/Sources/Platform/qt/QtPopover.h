@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QSize>
 #include <QWindow>
 #include <functional>
@@ -41,7 +40,7 @@ class QtPopover : public menubar_popover::Popover {
     void visibleChanged(bool visible);
 
     const Clock& clock_;
-    QPointer<QWindow> window_;
+    QWindow* window_ = nullptr;
     QSize contentSize_;
     QObject connections_;  // they end with it
     std::optional<SteadyTime> changedAt_;

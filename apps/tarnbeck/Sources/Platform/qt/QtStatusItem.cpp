@@ -152,9 +152,9 @@ void QtStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
     button_->click(*click);
 }
 
-void QtStatusItem::popUpMenu(std::vector<MenuItem> items,
-                             std::function<void(std::size_t index)> onChosen) {
-    menu_ = makeMenu(items, std::move(onChosen));
+void QtStatusItem::popUpMenu(const std::vector<MenuItem>& items,
+                             const std::function<void(std::size_t index)>& onChosen) {
+    menu_ = makeMenu(items, onChosen);
     QObject::connect(menu_.get(), &QMenu::aboutToShow, appearanceWatch_.get(),
                      [this] { popover_.performClose(nullptr); });
     menu_->popup(QCursor::pos());

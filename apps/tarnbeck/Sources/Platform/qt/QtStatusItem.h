@@ -24,8 +24,8 @@ class QtStatusItem : public StatusItem {
 
     std::shared_ptr<StatusItemButton> button() const override;
     void setVisible(bool visible) override;
-    void popUpMenu(std::vector<MenuItem> items,
-                   std::function<void(std::size_t index)> onChosen) override;
+    void popUpMenu(const std::vector<MenuItem>& items,
+                   const std::function<void(std::size_t index)>& onChosen) override;
     double thickness() const override;
     TextMeasurement textMeasurement() const override;
 

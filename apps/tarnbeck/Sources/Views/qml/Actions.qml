@@ -17,7 +17,7 @@ Row {
         Menus.open(menuOwner, action.menuTitle, [{
                     "title": action.menuTitle,
                     "symbol": action.symbol
-                }], () => performed(action.kind, action.occurrence), Qt.point(spot.x, spot.y))
+                }], () => performed(action.kind, action.occurrence), Qt.point(spot.x, spot.y));
     }
 
     spacing: 4
@@ -43,7 +43,7 @@ Row {
             onClicked: root.performed(action.kind, action.occurrence)
             onContextRequested: {
                 if (action.menuTitle !== "")
-                    root.openMenu(action, mapToItem(root.menuOwner, 0, height + 4))
+                    root.openMenu(action, mapToItem(root.menuOwner, 0, height + 4));
             }
         }
     }

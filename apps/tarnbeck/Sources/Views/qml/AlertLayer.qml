@@ -15,18 +15,18 @@ FocusScope {
 
     function cancel() {
         if (!isOpen)
-            return
-        const buttons = alert.buttons
-        const cancelling = buttons.findIndex(button => button.isCancel)
-        view.answerAlert(cancelling >= 0 ? cancelling : 0)
+            return;
+        const buttons = alert.buttons;
+        const cancelling = buttons.findIndex(button => button.isCancel);
+        view.answerAlert(cancelling >= 0 ? cancelling : 0);
     }
 
     // The buttons are made after the alert is told.
     function takeFocus() {
         for (let index = 0; isOpen && index < buttons.count; ++index) {
-            const button = buttons.itemAt(index)
+            const button = buttons.itemAt(index);
             if (button && button.isFirst)
-                button.forceActiveFocus()
+                button.forceActiveFocus();
         }
     }
 
@@ -38,11 +38,11 @@ FocusScope {
     onAlertChanged: Qt.callLater(takeFocus)
     onIsOpenChanged: {
         if (isOpen) {
-            returnFocusTo = Focus.keeperOf(Window.window ? Window.window.activeFocusItem : null)
-            forceActiveFocus()
+            returnFocusTo = Focus.keeperOf(Window.window ? Window.window.activeFocusItem : null);
+            forceActiveFocus();
         } else {
-            Focus.giveBackTo(returnFocusTo, fallback)
-            returnFocusTo = null
+            Focus.giveBackTo(returnFocusTo, fallback);
+            returnFocusTo = null;
         }
     }
 

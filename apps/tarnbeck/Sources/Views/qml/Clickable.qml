@@ -48,11 +48,11 @@ Item {
         anchors.fill: parent
 
         onClicked: mouse => {
-            Tips.leave(root)
+            Tips.leave(root);
             if (mouse.button === Qt.RightButton)
-                root.contextRequested()
+                root.contextRequested();
             else
-                root.clicked()
+                root.clicked();
         }
     }
     FocusRing {

@@ -9,23 +9,23 @@ ListView {
 
     // Brings a column into sight, where the next ones are made.
     function reveal(index) {
-        positionViewAtIndex(index, ListView.Contain)
+        positionViewAtIndex(index, ListView.Contain);
     }
     function go(by) {
-        let from = -1
+        let from = -1;
         for (let index = 0; index < count; ++index) {
-            const column = itemAtIndex(index)
+            const column = itemAtIndex(index);
             if (column && column.activeFocus)
-                from = index
+                from = index;
         }
-        const to = Math.max(0, Math.min(count - 1, from + by))
-        reveal(to)
-        const column = itemAtIndex(to)
+        const to = Math.max(0, Math.min(count - 1, from + by));
+        reveal(to);
+        const column = itemAtIndex(to);
         if (column)
-            column.forceActiveFocus(Qt.TabFocusReason)
+            column.forceActiveFocus(Qt.TabFocusReason);
     }
     function tellViewport() {
-        view.sections.setViewport(width, 0, height)
+        view.sections.setViewport(width, 0, height);
     }
 
     Accessible.name: "Repositories"
@@ -42,9 +42,9 @@ ListView {
     // Control with an arrow goes from column to column.
     Keys.onPressed: event => {
         if (!(event.modifiers & Qt.ControlModifier) || (event.key !== Qt.Key_Left && event.key !== Qt.Key_Right))
-            return
-        go(event.key === Qt.Key_Left ? -1 : 1)
-        event.accepted = true
+            return;
+        go(event.key === Qt.Key_Left ? -1 : 1);
+        event.accepted = true;
     }
     Component.onCompleted: tellViewport()
     onHeightChanged: tellViewport()
@@ -54,7 +54,8 @@ ListView {
         height: ListView.view.height
         width: root.view.sections.columnWidth
 
-        onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard) Qt.callLater(root.reveal, index)
+        onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard)
+            Qt.callLater(root.reveal, index)
     }
 
     WheelScroll {
@@ -63,7 +64,7 @@ ListView {
     }
     Connections {
         function onSplitViewReset() {
-            Qt.callLater(root.positionViewAtBeginning)
+            Qt.callLater(root.positionViewAtBeginning);
         }
 
         target: root.view

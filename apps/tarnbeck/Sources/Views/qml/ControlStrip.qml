@@ -8,25 +8,26 @@ Item {
     required property MainViewAdapter view
     required property color ground
     readonly property var strip: view.strip
+    readonly property var texts: view.stripTexts
 
     function takeSearchFocus() {
-        reveal(search)
-        search.takeFocus()
+        reveal(search);
+        search.takeFocus();
     }
     function clearSearch() {
         if (search.text === "")
-            return false
-        search.clear()
-        return true
+            return false;
+        search.clear();
+        return true;
     }
     // Scrolls so that the control is in sight.
     function reveal(item) {
-        const left = item.mapToItem(content, 0, 0).x
-        const most = Math.max(0, flick.contentWidth - flick.width)
+        const left = item.mapToItem(content, 0, 0).x;
+        const most = Math.max(0, flick.contentWidth - flick.width);
         if (left - 24 < flick.contentX)
-            flick.contentX = Math.max(0, left - 24)
+            flick.contentX = Math.max(0, left - 24);
         else if (left + item.width + 24 > flick.contentX + flick.width)
-            flick.contentX = Math.min(most, left + item.width + 24 - flick.width)
+            flick.contentX = Math.min(most, left + item.width + 24 - flick.width);
     }
 
     Accessible.name: "Controls"
@@ -53,30 +54,6 @@ Item {
             height: parent.height
             spacing: 4
             x: 12
-
-            component Divider: Item {
-                anchors.verticalCenter: parent.verticalCenter
-                height: 18
-                width: 17
-
-                Rectangle {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    color: Style.hairline
-                    height: 18
-                    width: 1
-                }
-            }
-            component StripPill: Pill {
-                property var pill
-
-                accessibleValue: pill ? pill.accessibleValue : ""
-                anchors.verticalCenter: parent.verticalCenter
-                help: pill ? pill.help : ""
-                symbol: pill ? pill.symbol : ""
-                title: pill ? pill.title : ""
-
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
-            }
 
             StripPill {
                 pill: root.strip.viewToggle
@@ -140,16 +117,17 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Style.secondary
                 rightPadding: 4
-                text: "Filter"
+                text: root.texts.filterLabel
             }
             SegmentedControl {
                 anchors.verticalCenter: parent.verticalCenter
-                name: "Filter"
+                name: root.texts.filterLabel
                 selection: root.strip.filter
                 titles: root.view.filters
-                width: 180
+                width: root.texts.filterWidth
 
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onActiveFocusChanged: if (activeFocus)
+                    root.reveal(this)
                 onChosen: index => root.view.chooseFilter(index)
             }
             Item {
@@ -161,9 +139,10 @@ Item {
                 name: "Domain"
                 selection: root.strip.domain
                 titles: root.view.domains
-                width: 300
+                width: root.texts.domainWidth
 
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onActiveFocusChanged: if (activeFocus)
+                    root.reveal(this)
                 onChosen: index => root.view.chooseDomain(index)
             }
             Item {
@@ -174,12 +153,42 @@ Item {
                 id: search
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 270
+                clearButton: root.strip.clearSearch
+                prompt: root.texts.searchPrompt
+                symbol: root.texts.searchSymbol
+                value: root.strip.searchText
+                width: root.texts.searchWidth
 
                 onEdited: text => root.view.setSearchText(text)
-                onHasFocusChanged: if (hasFocus) root.reveal(this)
+                onHasFocusChanged: if (hasFocus)
+                    root.reveal(this)
             }
         }
+    }
+
+    component Divider: Item {
+        anchors.verticalCenter: parent.verticalCenter
+        height: 18
+        width: 17
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Style.hairline
+            height: 18
+            width: 1
+        }
+    }
+    component StripPill: Pill {
+        property var pill
+
+        accessibleValue: pill ? pill.accessibleValue : ""
+        anchors.verticalCenter: parent.verticalCenter
+        help: pill ? pill.help : ""
+        symbol: pill ? pill.symbol : ""
+        title: pill ? pill.title : ""
+
+        onActiveFocusChanged: if (activeFocus)
+            root.reveal(this)
     }
     // More follows to the side. (What is not to be seen has no width: an item that comes and goes
     // makes the software renderer lose its neighbours.)

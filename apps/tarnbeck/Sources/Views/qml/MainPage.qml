@@ -15,21 +15,21 @@ Item {
 
     function find() {
         if (strip.item && !alerts.isOpen && !menus.isOpen)
-            strip.item.takeSearchFocus()
+            strip.item.takeSearchFocus();
     }
 
     focus: true
 
     Keys.onEscapePressed: event => {
         if (isPopover)
-            dismissed()
+            dismissed();
         else
-            event.accepted = strip.item !== null && strip.item.clearSearch()
+            event.accepted = strip.item !== null && strip.item.clearSearch();
     }
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Find)) {
-            find()
-            event.accepted = true
+            find();
+            event.accepted = true;
         }
     }
 

@@ -10,15 +10,15 @@ Flickable {
 
     function reveal(top, height) {
         if (top - margin < contentY)
-            contentY = Math.max(0, top - margin)
+            contentY = Math.max(0, top - margin);
         else if (top + height + margin > contentY + root.height)
-            contentY = top + height + margin - root.height
+            contentY = top + height + margin - root.height;
     }
     function scrollTo(place) {
-        contentY = Math.max(0, Math.min(place, contentHeight - height))
+        contentY = Math.max(0, Math.min(place, contentHeight - height));
     }
     function tellViewport() {
-        view.sections.setViewport(width - 2 * margin, contentY - margin, height)
+        view.sections.setViewport(width - 2 * margin, contentY - margin, height);
     }
 
     Accessible.name: "Repositories"
@@ -32,12 +32,12 @@ Flickable {
     // What the rows left over scrolls the area.
     Keys.onPressed: event => {
         if (event.key === Qt.Key_PageDown)
-            scrollTo(contentY + height * 0.9)
+            scrollTo(contentY + height * 0.9);
         else if (event.key === Qt.Key_PageUp)
-            scrollTo(contentY - height * 0.9)
+            scrollTo(contentY - height * 0.9);
         else
-            return
-        event.accepted = true
+            return;
+        event.accepted = true;
     }
     Component.onCompleted: tellViewport()
     onContentHeightChanged: contentY = Math.max(0, Math.min(contentY, contentHeight - height))

@@ -26,7 +26,8 @@ FocusScope {
             section: root.section
             width: parent.width
 
-            onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard) root.revealRequested(0, height)
+            onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard)
+                root.revealRequested(0, height)
         }
         Rectangle {
             color: Style.hairline
@@ -38,7 +39,7 @@ FocusScope {
         SectionRows {
             id: rows
 
-            readonly property real whole: Math.max(0, root.height - header.height - 8)
+            readonly property real whole: Math.max(0, root.height - header.height - Style.bottomInset)
             readonly property real offset: Math.max(0, Math.min(root.seenTop - header.height, whole - height))
 
             contentY: offset
@@ -49,7 +50,7 @@ FocusScope {
             width: parent.width
             y: header.height + offset
 
-            Behavior on opacity {
+            Behavior on opacity  {
                 NumberAnimation {
                     duration: Style.sectionReveal
                     easing.type: Easing.InOutQuad

@@ -9,7 +9,7 @@ Item {
 
     function activate() {
         if (section.canCollapse)
-            section.toggle()
+            section.toggle();
     }
 
     Accessible.name: section.accessibleName
@@ -126,7 +126,7 @@ Item {
                 readonly property var badge: root.section.badges[index] || ({})
 
                 anchors.verticalCenter: parent.verticalCenter
-                isCompact: root.width < 220 + 130 * root.section.badges.length
+                isCompact: root.width < 190 + 130 * root.section.badges.length
                 title: badge.title || ""
                 value: badge.value || ""
                 valueColor: badge.color || "secondary"

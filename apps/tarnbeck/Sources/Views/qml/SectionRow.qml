@@ -45,7 +45,7 @@ Item {
 
     function activate() {
         if (isClickable)
-            section.click(rowKey)
+            section.click(rowKey);
     }
 
     Accessible.description: clickHelp
@@ -57,7 +57,8 @@ Item {
     Accessible.onPressAction: activate()
     Component.onDestruction: Tips.leave(root)
     Component.onCompleted: isMade = true
-    onChangesChanged: if (isMade) tint.restart()
+    onChangesChanged: if (isMade)
+        tint.restart()
 
     // What changed is seen once.
     Rectangle {
@@ -69,12 +70,13 @@ Item {
         radius: Style.rowRadius
         visible: opacity > 0
 
-        NumberAnimation on opacity {
+        NumberAnimation {
             id: tint
 
             duration: Style.changeTint
             from: 0.22
-            running: false
+            property: "opacity"
+            target: tintGround
             to: 0
         }
     }
@@ -90,7 +92,7 @@ Item {
         width: parent.width - 12
         x: 6
 
-        Behavior on opacity {
+        Behavior on opacity  {
             NumberAnimation {
                 duration: Style.hoverChange
                 easing.type: Easing.InOutQuad
@@ -108,9 +110,9 @@ Item {
         anchors.fill: parent
 
         onClicked: {
-            root.touched()
+            root.touched();
             if (!root.opensByReference)
-                root.activate()
+                root.activate();
         }
     }
     Item {
@@ -190,8 +192,8 @@ Item {
                 enabled: root.opensByReference
 
                 onClicked: {
-                    root.touched()
-                    root.activate()
+                    root.touched();
+                    root.activate();
                 }
             }
         }
@@ -236,7 +238,7 @@ Item {
         Row {
             id: metadata
 
-            readonly property real room: Math.max(80, Math.min(160, root.width * 0.36))
+            readonly property real room: Math.min(Style.metadataColumnWidth, root.width / 3)
 
             anchors.right: parent.right
             anchors.rightMargin: Style.rowTrailingInset + (root.actions.length > 0 ? root.actions.length * Style.actionColumnWidth : 0)
@@ -273,8 +275,8 @@ Item {
             menuOwner: root
 
             onPerformed: (kind, occurrence) => {
-                root.touched()
-                root.section.perform(root.rowKey, kind, occurrence)
+                root.touched();
+                root.section.perform(root.rowKey, kind, occurrence);
             }
         }
     }

@@ -42,54 +42,58 @@ ListView {
         width: ListView.view.width
 
         onTouched: {
-            root.currentIndex = index
-            root.forceActiveFocus(Qt.MouseFocusReason)
+            root.currentIndex = index;
+            root.forceActiveFocus(Qt.MouseFocusReason);
         }
     }
 
     Keys.onDownPressed: event => {
-        event.accepted = currentIndex < count - 1
+        event.accepted = currentIndex < count - 1;
         if (event.accepted)
-            select(currentIndex + 1)
+            select(currentIndex + 1);
     }
-    Keys.onEnterPressed: if (currentItem) currentItem.activate()
+    Keys.onEnterPressed: if (currentItem)
+        currentItem.activate()
     Keys.onLeftPressed: event => {
-        event.accepted = currentItem !== null && currentItem.chevron === "chevron.down"
+        event.accepted = currentItem !== null && currentItem.chevron === "chevron.down";
         if (event.accepted)
-            currentItem.activate()
+            currentItem.activate();
     }
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
-            select(0)
+            select(0);
         else if (event.key === Qt.Key_End)
-            select(count - 1)
+            select(count - 1);
         else if (event.key === Qt.Key_PageDown)
-            select(Math.min(count - 1, currentIndex + 10))
+            select(Math.min(count - 1, currentIndex + 10));
         else if (event.key === Qt.Key_PageUp)
-            select(Math.max(0, currentIndex - 10))
+            select(Math.max(0, currentIndex - 10));
         else
-            return
-        event.accepted = true
+            return;
+        event.accepted = true;
     }
-    Keys.onReturnPressed: if (currentItem) currentItem.activate()
+    Keys.onReturnPressed: if (currentItem)
+        currentItem.activate()
     Keys.onRightPressed: event => {
-        event.accepted = currentItem !== null && currentItem.chevron === "chevron.right"
+        event.accepted = currentItem !== null && currentItem.chevron === "chevron.right";
         if (event.accepted)
-            currentItem.activate()
+            currentItem.activate();
     }
-    Keys.onSpacePressed: if (currentItem) currentItem.activate()
+    Keys.onSpacePressed: if (currentItem)
+        currentItem.activate()
     Keys.onUpPressed: event => {
-        event.accepted = currentIndex > 0
+        event.accepted = currentIndex > 0;
         if (event.accepted)
-            select(currentIndex - 1)
+            select(currentIndex - 1);
     }
-    onActiveFocusChanged: if (activeFocus && currentIndex < 0) select(0)
+    onActiveFocusChanged: if (activeFocus && currentIndex < 0)
+        select(0)
 
     function select(index) {
-        currentIndex = index
+        currentIndex = index;
         if (scrollsItself)
-            positionViewAtIndex(index, ListView.Contain)
+            positionViewAtIndex(index, ListView.Contain);
         else
-            revealRequested(section.rows.topOf(index), section.rows.heightOf(index))
+            revealRequested(section.rows.topOf(index), section.rows.heightOf(index));
     }
 }

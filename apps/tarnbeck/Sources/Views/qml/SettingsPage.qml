@@ -14,8 +14,8 @@ Item {
     Keys.onEnterPressed: view.done()
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Close)) {
-            event.accepted = true
-            view.done()
+            event.accepted = true;
+            view.done();
         }
     }
     Keys.onReturnPressed: view.done()
@@ -136,15 +136,15 @@ Item {
         // What has the focus is brought into sight.
         Connections {
             function onActiveFocusItemChanged() {
-                const item = root.Window.window.activeFocusItem
+                const item = root.Window.window.activeFocusItem;
                 for (let each = item; each; each = each.parent) {
                     if (each === rows.contentItem) {
-                        const top = item.mapToItem(rows.contentItem, 0, 0).y
+                        const top = item.mapToItem(rows.contentItem, 0, 0).y;
                         if (top - 24 < rows.contentY)
-                            rows.contentY = Math.max(rows.originY - rows.topMargin, top - 24)
+                            rows.contentY = Math.max(rows.originY - rows.topMargin, top - 24);
                         else if (top + item.height + 24 > rows.contentY + rows.height)
-                            rows.contentY = top + item.height + 24 - rows.height
-                        return
+                            rows.contentY = top + item.height + 24 - rows.height;
+                        return;
                     }
                 }
             }
@@ -153,7 +153,7 @@ Item {
         }
         Connections {
             function onSidebarChanged() {
-                rows.contentY = rows.originY - rows.topMargin
+                rows.contentY = rows.originY - rows.topMargin;
             }
 
             target: root.view

@@ -17,7 +17,8 @@ Rectangle {
     height: Style.pillHeight
     radius: 7
 
-    onValueChanged: if (input.text !== value) input.text = value
+    onValueChanged: if (input.text !== value)
+        input.text = value
 
     TextInput {
         id: input
@@ -40,9 +41,9 @@ Rectangle {
 
         Component.onCompleted: text = root.value
         function take(event) {
-            event.accepted = text !== ""
+            event.accepted = text !== "";
             if (event.accepted)
-                root.accepted()
+                root.accepted();
         }
 
         Keys.onEnterPressed: event => take(event)

@@ -21,7 +21,8 @@ Rectangle {
     readonly property var token: toast.token
 
     // The same words once more are seen to come again.
-    onTokenChanged: if (visible) again.restart()
+    onTokenChanged: if (visible)
+        again.restart()
 
     NumberAnimation {
         id: again
@@ -32,7 +33,7 @@ Rectangle {
         target: content
         to: 1
     }
-    Behavior on opacity {
+    Behavior on opacity  {
         NumberAnimation {
             duration: Style.toastChange
             easing.type: Easing.InOutQuad

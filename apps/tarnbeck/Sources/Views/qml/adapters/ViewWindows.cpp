@@ -10,6 +10,7 @@
 
 #include "Appearance.h"
 #include "MainViewAdapter.h"
+#include "RepositorySectionLayout.h"
 #include "SettingsAdapter.h"
 #include "SymbolProvider.h"
 
@@ -78,6 +79,7 @@ class ViewWindows::Implementation {
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         engine_.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
         style_ = findStyle();
+        takeMeasures();
         focusMode_ = std::make_unique<FocusModeFilter>(*style_);
         QObject::connect(&appearance_, &Appearance::changed, style_, [this] { takeAppearance(); });
         takeAppearance();
@@ -145,9 +147,24 @@ class ViewWindows::Implementation {
         return found->property("style").value<QObject*>();
     }
 
+    void takeMeasures() {
+        const RepositorySectionLayout layout;
+        style_->setProperty("headerHeight", RepositorySectionLayout::headerHeight);
+        style_->setProperty("bottomInset", RepositorySectionLayout::bottomInset);
+        style_->setProperty("rowLeadingInset", layout.rowLeadingInset);
+        style_->setProperty("rowChevronSlotWidth", layout.rowChevronSlotWidth);
+        style_->setProperty("rowPrimaryIconSlotWidth", layout.rowPrimaryIconSlotWidth);
+        style_->setProperty("rowTrailingInset", layout.rowTrailingInset);
+        style_->setProperty("actionColumnWidth", layout.actionColumnWidth);
+        style_->setProperty("metadataColumnWidth", layout.metadataColumnWidth);
+    }
+
     void takeAppearance() {
         style_->setProperty("isDark", appearance_.isDark());
         style_->setProperty("reducesMotion", appearance_.reducesMotion());
+        for (QQuickView* each : {mainWindow_.get(), popoverWindow_.get()}) {
+            if (each) each->setColor(style_->property("backdropBase").value<QColor>());
+        }
     }
 
     Appearance appearance_;
