@@ -100,7 +100,7 @@ TEST_F(Engine, EndWritesWhatIsToBeKept) {
 
 TEST_F(Engine, EndDoesNotWaitForWorkThatHangs) {
     std::promise<void> end;
-    queues.utility([&] { end.get_future().wait(); });
+    queues.utility([hanging = end.get_future().share()] { hanging.wait(); });
     engine->endChildren();
     EXPECT_FALSE(engine->finish(loop.steadyNow()));
     end.set_value();
@@ -109,7 +109,7 @@ TEST_F(Engine, EndDoesNotWaitForWorkThatHangs) {
 TEST_F(Engine, EndDoesNotWaitForAFileThatHangs) {
     std::promise<void> end;
     const auto queue = queues.serial("a file");
-    queue->post([&] { end.get_future().wait(); });
+    queue->post([hanging = end.get_future().share()] { hanging.wait(); });
     engine->endChildren();
     EXPECT_FALSE(engine->finish(loop.steadyNow()));
     end.set_value();

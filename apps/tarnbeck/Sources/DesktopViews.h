@@ -1,7 +1,6 @@
 // Joins views with the windows that show them. Main thread.
 #pragma once
 
-#include <QPointer>
 #include <QSize>
 #include <QWindow>
 #include <functional>
@@ -34,7 +33,7 @@ class DesktopViews {
 
     const std::function<MainView::Services()> services_;
     ViewWindows windows_;
-    QPointer<QWindow> mainWindow_;
+    QWindow* mainWindow_ = nullptr;
 };
 
 }  // namespace tarnbeck

@@ -137,7 +137,7 @@ TEST_F(QtPopoverWindow, ClosesWhenAnotherWindowBecomesActive) {
 }
 
 TEST_F(QtPopoverWindow, IsClosedForGoodWhenItsWindowHasGone) {
-    QtPopover bereft;
+    QtPopover bereft(clock);
     {
         QWindow passing;
         bereft.setWindow(&passing);

@@ -124,7 +124,7 @@ class ContentWindow : public QObject, public settings_window::Window {
         const QRect frame = window.frameGeometry();
         const auto area = areaOfWindow(frame, screenAreas());
         if (!area) return;
-        const QRect room = *area;
+        const QRect& room = *area;
         const QPoint last(std::max(room.left(), room.right() + 1 - frame.width()),
                           std::max(room.top(), room.bottom() + 1 - frame.height()));
         const QPoint inside(std::clamp(frame.left(), room.left(), last.x()),

@@ -1,7 +1,7 @@
 #include "QtDesktopPlatform.h"
 
 #include <QApplication>
-#include <QPointer>
+#include <QObject>
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <algorithm>
@@ -43,20 +43,20 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
   private:
     void makeWindow() {
         window_ = make_();
+        QObject::connect(window_, &QObject::destroyed, &connections_,
+                         [this] { window_ = nullptr; });
         window_->setTitle(QString::fromStdString(group_.title));
-        const QSize wanted = QSizeF(group_.width, group_.height).toSize();
-        const QScreen* screen = window_->screen();
-        if (!screen) {
-            window_->resize(wanted);
-            return;
+        QSize size = QSizeF(group_.width, group_.height).toSize();
+        if (const QScreen* screen = window_->screen()) {
+            size = size.boundedTo(screen->availableSize() - QSize(0, roomForTitleBar));
         }
-        const QSize room = screen->availableSize() - QSize(0, roomForTitleBar);
-        window_->resize(wanted.boundedTo(room).expandedTo(window_->minimumSize()));
+        window_->resize(size.expandedTo(window_->minimumSize()));
     }
 
     const std::function<QWindow*()> make_;
     WindowGroup group_;
-    QPointer<QWindow> window_;
+    QWindow* window_ = nullptr;
+    QObject connections_;  // they end with it
 };
 
 QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow, const Clock& clock)
