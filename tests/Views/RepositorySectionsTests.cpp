@@ -283,6 +283,7 @@ TEST_F(RepositorySections_StoredStates, AreReadAgainInALaterTurn) {
 }
 
 TEST_F(RepositorySections_StoredStates, AreReadAgainAfterAChangeInTheSameTurn) {
+    repository.remoteBranches = {"origin/fix"};
     performOnTitled("Remote", RowActionKind::toggle);
     sections->forget(repository.path);
     EXPECT_TRUE(state().showRemoteSection);
