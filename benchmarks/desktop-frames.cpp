@@ -177,12 +177,11 @@ void measureScrolling(Report& report, std::string_view what, Studio& studio,
 // One repository with a long list of everything.
 RepositorySnapshot longRepository() {
     GitRepository repository = testing::samples::dirty();
-    std::vector<FileChange> changes;
+    std::vector<GitBranch> branches = {{.name = "main", .isCurrent = true}};
     for (int index = 0; index < 600; ++index) {
-        changes.push_back({.status = index % 3 == 0 ? "??" : "M",
-                           .filePath = fmt::format("src/berths/planner-{}.ts", index)});
+        branches.push_back({.name = fmt::format("feature/berth-planner-{}", index)});
     }
-    repository.uncommittedChanges = std::move(changes);
+    repository.branches = std::move(branches);
     return std::make_shared<const GitRepository>(std::move(repository));
 }
 

@@ -6,12 +6,13 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "Fixture.h"
+#include "InMemoryUserDefaults.h"
 #include "LargeRepositories.h"
 #include "MainView.h"
+#include "QuietServices.h"
 #include "Report.h"
 #include "Timing.h"
 
@@ -46,31 +47,6 @@ class LoopByHand : public MainLoop {
     std::vector<std::shared_ptr<Task>> timers_;
 };
 
-struct NoDefaults : UserDefaults {
-    std::optional<bool> boolean(std::string_view) const override { return std::nullopt; }
-    std::optional<double> number(std::string_view) const override { return std::nullopt; }
-    std::optional<std::string> data(std::string_view) const override { return std::nullopt; }
-    void setBoolean(std::string_view, bool) override {}
-    void setNumber(std::string_view, double) override {}
-    void setData(std::string_view, std::string_view) override {}
-};
-
-struct NoClipboard : Clipboard {
-    void setString(std::string_view) override {}
-};
-
-struct NoOpener : ExternalOpener {
-    void openFile(std::string_view) override {}
-    void openUrl(std::string_view) override {}
-};
-
-struct NoCaffeinate : system_awake::CaffeinateLaunching {
-    std::variant<std::unique_ptr<system_awake::CaffeinateProcess>, system_awake::LaunchFailure>
-    start(const std::vector<std::string>&, std::optional<std::int32_t>) override {
-        return system_awake::LaunchFailure{"none"};
-    }
-};
-
 // The view over a scanner that scans nothing by itself.
 struct Screen {
     explicit Screen(Engine& engine)
@@ -100,10 +76,10 @@ struct Screen {
     }
 
     LoopByHand loop;
-    NoDefaults defaults;
-    NoClipboard clipboard;
-    NoOpener opener;
-    NoCaffeinate launcher;
+    testing::InMemoryUserDefaults defaults;
+    testing::NoClipboard clipboard;
+    testing::NoOpener opener;
+    testing::QuietLauncher launcher;
     system_awake::CaffeinateController caffeinate{
         launcher, std::nullopt, {.postToMainThread = [this](auto task) { loop.post(task); }}};
     RepositoryScanner scanner;
@@ -156,10 +132,48 @@ void measure(Report& report, int count, double limit) {
          }));
 }
 
+// What a user of long standing has stored of each repository.
+void fillExpansionStore(UserDefaults& defaults, const std::vector<RepositorySnapshot>& of) {
+    const RepositorySectionExpansionStore store{.userDefaults = defaults};
+    RepositorySectionExpansionStore::State branches;
+    RepositorySectionExpansionStore::State subsections;
+    for (const auto& repository : of) {
+        subsections[repository->path] = {
+            {"remote", true}, {"stashes", false}, {"issues", true}, {"pullRequests", true}};
+        for (int index = 0; index < 4; ++index) {
+            branches[repository->path][fmt::format("feature/number-{}", index)] = index % 2 == 0;
+        }
+    }
+    store.saveDictionaryState(branches, store.persistedBranchExpansionKey);
+    store.saveDictionaryState(subsections, store.persistedSubsectionExpansionKey);
+}
+
+// The step in which a view that has just been opened learns how high each section is.
+void measureFirstHeights(Report& report, int count, double limit) {
+    const Folder folder;
+    Engine engine(folder.path());
+    const auto repositories = madeUpRepositories(count);
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round) {
+        Screen screen(engine);
+        fillExpansionStore(screen.defaults, repositories);
+        screen.view.toggleViewMode();
+        screen.scanner.setRepositories(repositories);
+        screen.loop.runPosted();
+        times.push_back(1000 * secondsOf([&] {
+                            for (const auto& one : repositories)
+                                screen.view.sectionHeight(one->path);
+                        }));
+    }
+    report.atMost(fmt::format("{} repositories: all heights, first, ms", count), median(times),
+                  limit);
+}
+
 }  // namespace
 
 int main() {
     Report report;
+    measureFirstHeights(report, 500, 4);
     measure(report, 500, 4);
     measure(report, 2000, 50);
     return report.exitStatus();

@@ -265,5 +265,29 @@ TEST_F(RepositorySections_Refresh, WhatTheContentDoesNotOfferIsNotDone) {
     EXPECT_THAT(changes, IsEmpty());
 }
 
+using RepositorySections_StoredStates = RepositorySectionsHarness;
+
+TEST_F(RepositorySections_StoredStates, AreReadOnceForAllThatIsAskedForInATurnOfTheLoop) {
+    const int before = defaults.dataReadCount();
+    for (int index = 0; index < 10; ++index) sections->stateOf("/work/" + std::to_string(index));
+    EXPECT_EQ(defaults.dataReadCount() - before, 2);  // branches and subsections
+}
+
+TEST_F(RepositorySections_StoredStates, AreReadAgainInALaterTurn) {
+    sections->stateOf("/work/lake");
+    simulation.runUntilIdle();
+    const RepositorySectionExpansionStore store{defaults};  // that of another view
+    store.saveDictionaryState({{"/work/river", {{"remote", true}}}},
+                              store.persistedSubsectionExpansionKey);
+    EXPECT_TRUE(sections->stateOf("/work/river").showRemoteSection);
+}
+
+TEST_F(RepositorySections_StoredStates, AreReadAgainAfterAChangeInTheSameTurn) {
+    repository.remoteBranches = {"origin/fix"};
+    performOnTitled("Remote", RowActionKind::toggle);
+    sections->forget(repository.path);
+    EXPECT_TRUE(state().showRemoteSection);
+}
+
 }  // namespace
 }  // namespace tarnbeck::testing

@@ -18,6 +18,7 @@ class InMemoryUserDefaults : public UserDefaults {
         return stored<double>(key);
     }
     std::optional<std::string> data(std::string_view key) const override {
+        ++dataReadCount_;
         return stored<std::string>(key);
     }
     void setBoolean(std::string_view key, bool value) override { set(key, value); }
@@ -28,6 +29,8 @@ class InMemoryUserDefaults : public UserDefaults {
 
     // How often something was stored.
     int writeCount() const { return writeCount_; }
+    // How often bytes were asked for.
+    int dataReadCount() const { return dataReadCount_; }
 
   private:
     using Value = std::variant<bool, double, std::string>;
@@ -46,6 +49,7 @@ class InMemoryUserDefaults : public UserDefaults {
 
     std::map<std::string, Value, std::less<>> values_;
     int writeCount_ = 0;
+    mutable int dataReadCount_ = 0;
 };
 
 }  // namespace tarnbeck::testing

@@ -21,24 +21,10 @@ std::string storedKey(const std::string& path) {
     return replacingInvalidUtf8(path);
 }
 
-std::map<std::string, bool> storedEntry(const RepositorySectionExpansionStore& store,
-                                        const std::string& key, const std::string& path) {
-    auto state = store.loadDictionaryState(key);
+std::map<std::string, bool> storedEntry(const RepositorySectionExpansionStore::State& state,
+                                        const std::string& path) {
     const auto entry = state.find(storedKey(path));
-    return entry == state.end() ? std::map<std::string, bool>{} : std::move(entry->second);
-}
-
-SectionState storedState(const RepositorySectionExpansionStore& store, const std::string& path) {
-    const auto open = storedEntry(store, store.persistedSubsectionExpansionKey, path);
-    const auto isOpen = [&](std::string_view key) {
-        const auto found = open.find(std::string(key));
-        return found != open.end() && found->second;
-    };
-    return {.branchChangesExpanded = storedEntry(store, store.persistedBranchExpansionKey, path),
-            .showRemoteSection = isOpen(SubsectionKey::remote),
-            .showStashesSection = isOpen(SubsectionKey::stashes),
-            .showIssuesSection = isOpen(SubsectionKey::issues),
-            .showPullRequestsSection = isOpen(SubsectionKey::pullRequests)};
+    return entry == state.end() ? std::map<std::string, bool>{} : entry->second;
 }
 
 struct SubsectionField {
@@ -86,7 +72,34 @@ RepositorySections::RepositorySections(Services services,
 const SectionState& RepositorySections::stateOf(const std::string& path) {
     const auto found = states_.find(path);
     if (found != states_.end()) return found->second;
-    return states_.emplace(path, storedState(services_.expansionStore, path)).first->second;
+    return states_.emplace(path, storedState(path)).first->second;
+}
+
+SectionState RepositorySections::storedState(const std::string& path) {
+    const Stored& all = stored();
+    const auto open = storedEntry(all.subsections, path);
+    const auto isOpen = [&](std::string_view key) {
+        const auto found = open.find(std::string(key));
+        return found != open.end() && found->second;
+    };
+    return {.branchChangesExpanded = storedEntry(all.branches, path),
+            .showRemoteSection = isOpen(SubsectionKey::remote),
+            .showStashesSection = isOpen(SubsectionKey::stashes),
+            .showIssuesSection = isOpen(SubsectionKey::issues),
+            .showPullRequestsSection = isOpen(SubsectionKey::pullRequests)};
+}
+
+// A view that opens asks for hundreds of paths in one turn of the loop. Later another view may have
+// stored something else.
+const RepositorySections::Stored& RepositorySections::stored() {
+    if (!stored_) {
+        const RepositorySectionExpansionStore& store = services_.expansionStore;
+        stored_ = {.branches = store.loadDictionaryState(store.persistedBranchExpansionKey),
+                   .subsections = store.loadDictionaryState(store.persistedSubsectionExpansionKey)};
+        services_.loop.post(
+            anchor_.guarded([](RepositorySections& self) { self.stored_.reset(); }));
+    }
+    return *stored_;
 }
 
 void RepositorySections::perform(const Call& call) {
@@ -157,6 +170,7 @@ void RepositorySections::saveSubsection(const std::string& path, std::string_vie
     auto stored = store.loadDictionaryState(store.persistedSubsectionExpansionKey);
     stored[storedKey(path)][std::string(key)] = isExpanded;
     store.saveDictionaryState(stored, store.persistedSubsectionExpansionKey);
+    stored_.reset();
 }
 
 void RepositorySections::toggleBranch(const std::string& path, const std::string& branch) {
@@ -167,6 +181,7 @@ void RepositorySections::toggleBranch(const std::string& path, const std::string
     auto stored = store.loadDictionaryState(store.persistedBranchExpansionKey);
     stored[storedKey(path)] = expanded;
     store.saveDictionaryState(stored, store.persistedBranchExpansionKey);
+    stored_.reset();
     onChange_(path);
 }
 

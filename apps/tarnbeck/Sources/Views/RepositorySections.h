@@ -97,6 +97,14 @@ class RepositorySections {
         ViewAlert alert;
     };
 
+    // All that is stored of all repositories.
+    struct Stored {
+        RepositorySectionExpansionStore::State branches;
+        RepositorySectionExpansionStore::State subsections;
+    };
+
+    SectionState storedState(const std::string& path);
+    const Stored& stored();
     void toggle(const std::string& path, const Row& row);
     void toggleSubsection(const std::string& path, std::string_view key);
     void toggleBranch(const std::string& path, const std::string& branch);
@@ -116,6 +124,7 @@ class RepositorySections {
     const Services services_;
     const std::function<void(const std::string&)> onChange_;
     std::map<std::string, SectionState> states_;
+    std::optional<Stored> stored_;  // as it was read in this turn of the main loop
     std::map<std::string, SteadyTime> completedDiscards_;  // by row id
     AppToast toast_;
     Timer toastTimer_;
