@@ -114,7 +114,7 @@ void drawWindow(Scene& studio) {
     view.chooseDomain(DomainMode::git);
     view.chooseFilter(FilterMode::dirty);
     view.toggleViewMode();
-    studio.show({samples::tidy("dotfiles"), samples::tidy("harbor-api")});
+    studio.show({samples::tidy("dotfiles"), samples::tidy("anchorage-api")});
     studio.save("all-clean");
 }
 

@@ -7,7 +7,7 @@
 namespace tarnbeck::testing {
 namespace {
 
-const auto dirtyPath = std::string("/home/ada/projects/harbor-api");
+const auto dirtyPath = std::string("/home/ada/projects/anchorage-api");
 
 // Opens all that can be opened in the sections on the screen.
 void openEverything(PageHarness& page) {
@@ -158,7 +158,7 @@ TEST(MainPage, ReachesEveryControlByTab) {
 TEST(MainPage, FindsByControlFAndClearsByEscape) {
     PageHarness page(sampleRepositories());
     page.key(Qt::Key_F, Qt::ControlModifier);
-    page.type(QStringLiteral("harbor"));
+    page.type(QStringLiteral("anchor"));
     page.harness.advance(std::chrono::milliseconds(200));
     page.settle();
     EXPECT_THAT(page.view->visibleRepoPaths(), ::testing::ElementsAre(dirtyPath));
