@@ -10,7 +10,7 @@
 namespace tarnbeck {
 namespace {
 
-class Delegate : public ApplicationDelegate {
+class CountingDelegate : public ApplicationDelegate {
   public:
     void applicationDidFinishLaunching() override {}
     bool applicationShouldTerminateAfterLastWindowClosed() override {
@@ -69,7 +69,7 @@ TEST_F(QtDesktop, MainWindowThatFillsTheScreenGoesOnDoingSo) {
 }
 
 TEST_F(QtDesktop, NobodyIsToldAfterTheDelegateWasDetached) {
-    Delegate delegate;
+    CountingDelegate delegate;
     platform.attach(delegate);
     Q_EMIT qGuiApp->lastWindowClosed();
     ASSERT_EQ(delegate.questions, 1);
