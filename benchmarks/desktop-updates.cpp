@@ -118,6 +118,11 @@ std::vector<RepositorySnapshot> withChange(std::vector<RepositorySnapshot> list,
     return list;
 }
 
+double sectionWidth(const SectionListModel& sections, ViewMode mode) {
+    if (mode == ViewMode::columns) return sections.columnWidth();
+    return sections.index(0).data(sections.roleNames().key("placeWidth")).toDouble();
+}
+
 void measureSections(Report& report, Studio& studio, ViewMode mode) {
     MainViewAdapter& adapter = adapterOf(studio.window());
     const auto list = testing::manySampleRepositories(repositoryCount);
@@ -131,12 +136,11 @@ void measureSections(Report& report, Studio& studio, ViewMode mode) {
     };
     tell("entries of the list told of", listener.changedEntries(), 1);
     tell("sections refreshed", static_cast<double>(listener.changedSections()), 1);
-    const QSize column(static_cast<int>(adapter.sections()->columnWidth()),
-                       studio.window().height());
+    const double width = sectionWidth(*adapter.sections(), mode);
     const QRect drawn = drawnRect.value_or(QRect());
     report.note(
         fmt::format("{} frames drew within {}x{}", drawnFrames, drawn.width(), drawn.height()));
-    tell("width drawn, of a section's", drawn.width() / std::max(1.0, 1.0 * column.width()), 1);
+    tell("width drawn, of a section's", drawn.width() / width, 1);
     report.atLeast("and something was drawn", drawnFrames, 1);
 }
 
