@@ -106,6 +106,11 @@ class Application:
         """Leaves it as a person finds it, who does not click twice in a quarter of a second: such a
         click counts as part of the first."""
         self.click_tray_icon()
+        try:
+            wait_until(lambda: self.window(POPOVER), "the popover", 5)
+        except AssertionError:
+            # A click that comes while the panel still arranges its icons reaches nobody.
+            self.click_tray_icon()
         window = self.wait_for_window(POPOVER)
         self.let_the_click_pass()
         return window
