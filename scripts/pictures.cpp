@@ -135,7 +135,7 @@ int main(int argumentCount, char** arguments) {
     if (isLight) qputenv("XDG_CURRENT_DESKTOP", "pictures");
     QGuiApplication application(argumentCount, arguments);
     if (isLight) QGuiApplication::setPalette(QPalette(Qt::white));
-    const testing::TemporaryFolder home;
+    const tarnbeck::testing::TemporaryFolder home;
     Scene studio(arguments[1], home.path());
     drawWindow(studio);
     drawPopover(studio);
