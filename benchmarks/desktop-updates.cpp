@@ -161,7 +161,7 @@ class CountingPlatform : public QtDesktopPlatform {
 };
 
 void measureIcon(Report& report, Studio& studio) {
-    CountingPlatform platform([] { return nullptr; });
+    CountingPlatform platform([] { return nullptr; }, studio.loop());
     QtPopoverPlatform popoverPlatform(studio.loop());
     MenuBarController controller({.scanner = studio.scanner(),
                                   .caffeinateController = studio.awake(),

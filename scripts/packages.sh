@@ -9,8 +9,9 @@ homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11 qt)
 
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
-    libclang-rt-16-dev dbus-daemon dbus-x11 xvfb xauth openbox trayer xdotool imagemagick x11-utils
-    qt6-declarative-dev-tools flake8 gh python3 python3-venv openssl ca-certificates)
+    libclang-rt-16-dev at-spi2-core dbus-daemon python3-gi xvfb openbox trayer xdotool
+    imagemagick x11-utils qt6-declarative-dev-tools flake8 gh python3 python3-venv openssl
+    ca-certificates)
 # From Debian only where there is none: one from elsewhere is newer, and the two exclude each other.
 command -v npm >/dev/null || debian_test_packages+=(npm)
 homebrew_test_packages=(googletest llvm flake8 gh python3 openssl node pnpm)

@@ -5,11 +5,13 @@
 #include <QPalette>
 #include <QQuickWindow>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "SampleRepositories.h"
+#include "SettingsView.h"
 #include "Studio.h"
 #include "TemporaryFolder.h"
 
@@ -25,18 +27,19 @@ class Scene : public Studio {
     Scene(std::string folder, std::string home)
         : Studio(std::move(home)), folder_(std::move(folder)) {}
 
-    void save(const std::string& name) {
+    void save(const std::string& name) { save(name, window()); }
+    void save(const std::string& name, QQuickWindow& shown) {
         settle();
         const QString file = QString::fromStdString(folder_ + "/" + name + ".png");
-        const QImage picture = window().grabWindow();
+        const QImage picture = shown.grabWindow();
         if (!picture.save(file)) qFatal("%s can't be written", qPrintable(file));
         // What was drawn bit by bit must be what is drawn at once.
-        const QSize size = window().size();
-        window().resize(size + QSize(1, 1));
+        const QSize size = shown.size();
+        shown.resize(size + QSize(1, 1));
         settle();
-        window().resize(size);
+        shown.resize(size);
         settle();
-        const QImage whole = window().grabWindow();
+        const QImage whole = shown.grabWindow();
         if (whole == picture) return;
         qWarning("%s is drawn otherwise at once", name.c_str());
         whole.save(QString::fromStdString(folder_ + "/" + name + "-at-once.png"));
@@ -111,7 +114,7 @@ void drawWindow(Scene& studio) {
     view.chooseDomain(DomainMode::git);
     view.chooseFilter(FilterMode::dirty);
     view.toggleViewMode();
-    studio.show({samples::tidy("dotfiles"), samples::tidy("harbor-api")});
+    studio.show({samples::tidy("dotfiles"), samples::tidy("anchorage-api")});
     studio.save("all-clean");
 }
 
@@ -120,6 +123,27 @@ void drawPopover(Scene& studio) {
     studio.show(sampleRepositories());
     openBranches(view, samples::dirty().path);
     studio.save("popover");
+}
+
+void drawSettings(Scene& studio, const std::string& home) {
+    AppConfiguration configuration;
+    for (const GitRepository& repository : sampleRepositories()) {
+        configuration.repoPaths.push_back(repository.path);
+    }
+    studio.scanner().setConfiguration(configuration);
+    auto view = std::make_unique<SettingsView>(SettingsView::Services{.scanner = studio.scanner(),
+                                                                      .loop = studio.loop(),
+                                                                      .queues = studio.queues(),
+                                                                      .home = home,
+                                                                      .dismiss = [] {}});
+    SettingsView& settings = *view;
+    const auto window = studio.windows().settingsWindow(std::move(view));
+    window->resize(920, 620);
+    window->show();
+    for (const auto& [pane, name] : rawValues(SettingsPane{})) {
+        settings.selectPane(pane);
+        studio.save("settings-" + std::string(name), *window);
+    }
 }
 
 }  // namespace
@@ -139,5 +163,6 @@ int main(int argumentCount, char** arguments) {
     Scene studio(arguments[1], home.path());
     drawWindow(studio);
     drawPopover(studio);
+    drawSettings(studio, home.path());
     return EXIT_SUCCESS;
 }

@@ -86,6 +86,7 @@ class DesktopByHand : public DesktopPlatform, public menubar_popover::PopoverPla
         events.emplace_back("delegate");
         delegate = &attached;
     }
+    void detach() override { delegate = nullptr; }
     void openWindowGroup(const WindowGroup& group) override {
         groups.push_back(group);
         addWindow(group.title);
@@ -168,11 +169,11 @@ class DesktopByHand::Item : public StatusItem {
     void setVisible(bool visible) override {
         desktop_.events.emplace_back(visible ? "item visible" : "item hidden");
     }
-    void popUpMenu(std::vector<MenuItem> items,
-                   std::function<void(std::size_t index)> onChosen) override {
+    void popUpMenu(const std::vector<MenuItem>& items,
+                   const std::function<void(std::size_t index)>& onChosen) override {
         desktop_.events.emplace_back("menu");
-        desktop_.menu = std::move(items);
-        desktop_.choose = std::move(onChosen);
+        desktop_.menu = items;
+        desktop_.choose = onChosen;
     }
     double thickness() const override { return 22; }
     TextMeasurement textMeasurement() const override {

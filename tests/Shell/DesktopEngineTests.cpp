@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <future>
@@ -7,6 +8,7 @@
 
 #include "DesktopByHand.h"
 #include "DesktopEngine.h"
+#include "EndLimit.h"
 #include "FileUserDefaults.h"
 #include "FixtureHome.h"
 #include "Paths.h"
@@ -17,6 +19,7 @@
 namespace tarnbeck {
 namespace {
 
+using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 
 class NoClipboard : public Clipboard {
@@ -32,6 +35,11 @@ class NoOpener : public ExternalOpener {
 
 class Engine : public ::testing::Test {
   protected:
+    bool end() {
+        engine->endChildren();
+        return engine->finish(loop.steadyNow() + 1min);
+    }
+
     testing::TemporaryFolder home;
     PosixMainLoop loop;
     ThreadedWorkQueues queues;
@@ -58,7 +66,7 @@ TEST_F(Engine, ScannerHasTheStoredConfiguration) {
 TEST_F(Engine, FixtureScannerKeepsItsConfigurationInItsHome) {
     const auto scanner = engine->makeFixtureScanner();
     scanner->saveConfiguration();
-    ASSERT_TRUE(engine->end());
+    ASSERT_TRUE(end());
     const ConfigurationPlace place{.home = home.path(), .report = [](std::string_view) {}};
     EXPECT_EQ(AppConfiguration::load(place).repoPaths, scanner->configuration().repoPaths);
 }
@@ -85,16 +93,40 @@ TEST_F(Engine, EndWritesWhatIsToBeKept) {
     scanner->setConfiguration(configuration);
     scanner->saveConfiguration();
     scanner.reset();
-    EXPECT_TRUE(engine->end());
+    EXPECT_TRUE(end());
     const ConfigurationPlace place{.home = home.path(), .report = [](std::string_view) {}};
     EXPECT_FALSE(AppConfiguration::load(place).showTags);
 }
 
 TEST_F(Engine, EndDoesNotWaitForWorkThatHangs) {
     std::promise<void> end;
-    queues.utility([&] { end.get_future().wait(); });
-    EXPECT_FALSE(engine->end());
+    queues.utility([hanging = end.get_future().share()] { hanging.wait(); });
+    engine->endChildren();
+    EXPECT_FALSE(engine->finish(loop.steadyNow()));
     end.set_value();
+}
+
+TEST_F(Engine, EndDoesNotWaitForAFileThatHangs) {
+    std::promise<void> end;
+    const auto queue = queues.serial("a file");
+    queue->post([hanging = end.get_future().share()] { hanging.wait(); });
+    engine->endChildren();
+    EXPECT_FALSE(engine->finish(loop.steadyNow()));
+    end.set_value();
+}
+
+TEST(EndLimit, CallsWhenItIsOver) {
+    std::promise<void> over;
+    const EndLimit limit(0s, [&] { over.set_value(); });
+    over.get_future().wait();
+}
+
+TEST(EndLimit, CallsNobodyWhenTheEndWasInTime) {
+    bool isCalled = false;
+    {
+        const EndLimit limit(1h, [&] { isCalled = true; });
+    }
+    EXPECT_FALSE(isCalled);
 }
 
 // Puts the environment back as it was.

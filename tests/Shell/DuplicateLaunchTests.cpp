@@ -98,5 +98,27 @@ TEST(SettingsWindow, OutlivesTheCallThatToldOfItsClosing) {
     EXPECT_THAT(shell.takeEvents(), ElementsAre("settings gone"));
 }
 
+TEST(SettingsWindow, IsGoneAtOnceWhenItIsDropped) {
+    ShellHarness shell;
+    shell.launch();
+    shell.app->settingsWindowController().show();
+    shell.takeEvents();
+    shell.app->settingsWindowController().dropWindow();
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("settings gone"));
+    EXPECT_EQ(shell.settings.delegate, nullptr);
+}
+
+TEST(SettingsWindow, ThatWasJustClosedIsDroppedToo) {
+    ShellHarness shell;
+    shell.launch();
+    shell.app->settingsWindowController().show();
+    shell.takeEvents();
+    shell.settings.close();
+    shell.app->settingsWindowController().dropWindow();
+    EXPECT_THAT(shell.takeEvents(), ElementsAre("settings gone"));
+    shell.runUntilIdle();
+    EXPECT_THAT(shell.takeEvents(), IsEmpty());
+}
+
 }  // namespace
 }  // namespace tarnbeck

@@ -169,6 +169,22 @@ TEST(End, StopsKeepingTheMachineAwake) {
     EXPECT_THAT(shell.takeEvents(), ElementsAre("asleep"));
 }
 
+TEST(End, LeavesNothingInTheRuntime) {
+    ShellHarness shell;
+    shell.launch();
+    shell.app.reset();
+    EXPECT_EQ(shell.runtime.menuBarController, nullptr);
+    EXPECT_EQ(shell.runtime.settingsWindowController, nullptr);
+    EXPECT_EQ(shell.runtime.caffeinateController, nullptr);
+}
+
+TEST(End, PlatformTellsNobodyAnyMore) {
+    ShellHarness shell;
+    shell.launch();
+    shell.app.reset();
+    EXPECT_EQ(shell.desktop.delegate, nullptr);
+}
+
 TEST(End, DoesNotComeWithTheLastWindowInEitherMode) {
     for (const auto mode : {menuBarOnly, regular}) {
         ShellHarness shell(mode);
@@ -241,6 +257,36 @@ TEST(FirstStart, PopoverOpensOnceByItself) {
     launchAndWait(shell);
     EXPECT_THAT(shell.takeEvents(),
                 ElementsAre("host", "popover view with strip 1702x1015", "popover below"));
+}
+
+TEST(FirstStart, PopoverThatTheUserOpenedStaysOpen) {
+    ShellHarness shell(menuBarOnly);
+    shell.isFirstStart = true;
+    shell.launch();
+    shell.desktop.clickWith(ClickEvent{});
+    shell.takeEvents();
+    shell.scanner.simulation.advance(5s);
+    EXPECT_THAT(shell.takeEvents(), IsEmpty());
+    EXPECT_TRUE(shell.desktop.popover->shown);
+}
+
+TEST(FirstStart, PopoverThatTheUserClosedStaysClosed) {
+    ShellHarness shell(menuBarOnly);
+    shell.isFirstStart = true;
+    shell.launch();
+    shell.desktop.clickWith(ClickEvent{});
+    shell.desktop.popover->close();
+    shell.scanner.simulation.advance(5s);
+    EXPECT_FALSE(shell.desktop.popover->shown);
+}
+
+TEST(FirstStart, PopoverStaysClosedForWhoHasOpenedTheMenu) {
+    ShellHarness shell(menuBarOnly);
+    shell.isFirstStart = true;
+    shell.launch();
+    shell.desktop.clickWith(ClickEvent{.kind = ClickKind::rightMouseUp});
+    shell.scanner.simulation.advance(5s);
+    EXPECT_FALSE(shell.desktop.popover->shown);
 }
 
 TEST(FirstStart, PopoverStaysClosedAtLaterStarts) {

@@ -22,6 +22,7 @@ class SettingsFixture : public ::testing::Test {
             .queues = harness.simulation.queues,
             .home = harness.folder.path(),
             .dismiss = [this] { ++timesDismissed; },
+            .versionLabel = versionLabel,
         });
         observation = view->observe([this] { ++timesTold; });
         return *view;
@@ -68,6 +69,7 @@ class SettingsFixture : public ::testing::Test {
         return paths;
     }
 
+    std::string versionLabel;
     ScannerHarness harness;
     std::unique_ptr<SettingsView> view;
     SettingsView::Observers::Token observation;

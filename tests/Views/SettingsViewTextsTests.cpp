@@ -130,6 +130,15 @@ card "Menu Bar Popover Background" - "Dark tint over the popover surface. macOS 
 )~");
 }
 
+TEST_F(SettingsView_Texts, DisplayEndsWithTheVersion) {
+    versionLabel = "1.2 (34) • build unknown";
+    make().selectPane(SettingsPane::display);
+    EXPECT_EQ(view->content().cards.size(), 7);
+    EXPECT_EQ(testing::outline(view->content().cards.back()), R"~(no card
+  note "1.2 (34) • build unknown"
+)~");
+}
+
 TEST_F(SettingsView_Texts, AnIntervalThatIsNoOptionSelectsNone) {
     harness.options.configuration.scanIntervalMinutes = 45;
     make().selectPane(SettingsPane::display);

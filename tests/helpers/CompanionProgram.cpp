@@ -34,6 +34,10 @@ std::vector<char*> pointers(const std::vector<std::string>& texts) {
     return result;
 }
 
+int statusOf(int waited) {
+    return WIFSIGNALED(waited) ? -WTERMSIG(waited) : WEXITSTATUS(waited);
+}
+
 void closeOnce(int& descriptor) {
     if (descriptor >= 0) close(std::exchange(descriptor, -1));
 }
@@ -114,12 +118,18 @@ void CompanionProgram::signal(int number) const {
     if (process_ > 0 && !status_) kill(process_, number);
 }
 
+bool CompanionProgram::hasEnded() {
+    int status = 0;
+    if (!status_ && waitpid(process_, &status, WNOHANG) == process_) status_ = statusOf(status);
+    return status_.has_value();
+}
+
 int CompanionProgram::wait() {
     if (status_) return *status_;
     int status = 0;
     while (process_ > 0 && waitpid(process_, &status, 0) < 0 && errno == EINTR) {
     }
-    status_ = WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+    status_ = statusOf(status);
     return *status_;
 }
 

@@ -29,6 +29,8 @@ class CompanionProgram {
     std::optional<std::string> readPast(std::string_view beginning);
     void closeInput();
     void signal(int number) const;
+    // Whether it has come to its end, without waiting for that.
+    bool hasEnded();
     // Waits for the end: the exit status, or the negative number of the signal that ended it.
     int wait();
 

@@ -52,7 +52,7 @@ inline GitHubPullRequest pullRequest(std::int64_t number, std::string title, boo
 }
 
 inline GitRepository dirty() {
-    GitRepository repository = tidy("harbor-api");
+    GitRepository repository = tidy("anchorage-api");
     repository.currentBranch = "feature/berth-planner";
     repository.branches = {{.name = "main"},
                            {.name = "feature/berth-planner", .isCurrent = true},
@@ -89,21 +89,21 @@ inline GitRepository dirty() {
 }
 
 inline GitRepository worktrees() {
-    GitRepository repository = tidy("lighthouse");
+    GitRepository repository = tidy("beacon-control");
     repository.branches = {{.name = "main", .isCurrent = true},
                            {.name = "release/4.2"},
                            {.name = "spike/lamp-driver"}};
     repository.worktrees = {
-        {.path = "/home/ada/projects/lighthouse",
+        {.path = "/home/ada/projects/beacon-control",
          .branch = "main",
          .commitHash = "4f1c2aa",
          .isMainWorktree = true},
-        {.path = "/home/ada/projects/lighthouse-release",
+        {.path = "/home/ada/projects/beacon-control-release",
          .branch = "release/4.2",
          .commitHash = "9be0d11",
          .changes = {{.status = "M", .filePath = "firmware/rotation.c"},
                      {.status = "M", .filePath = "firmware/include/rotation.h"}}},
-        {.path = "/home/ada/projects/lighthouse-bisect",
+        {.path = "/home/ada/projects/beacon-control-bisect",
          .commitHash = "77aa01c",
          .isDetached = true}};
     repository.syncStatus = GitSyncStatus::Ahead{.upstream = "origin/main", .count = 2};
@@ -163,9 +163,9 @@ inline GitRepository checking() {
 
 // In the order of their names, as the scanner has them.
 inline std::vector<GitRepository> sampleRepositories() {
-    return {samples::misconfigured(),  samples::detached(), samples::diverged(),
-            samples::tidy("dotfiles"), samples::dirty(),    samples::worktrees(),
-            samples::checking(),       samples::behind()};
+    return {samples::dirty(),    samples::misconfigured(), samples::worktrees(),
+            samples::detached(), samples::diverged(),      samples::tidy("dotfiles"),
+            samples::checking(), samples::behind()};
 }
 
 // `count` of them, each with a name and a path of its own.

@@ -55,7 +55,7 @@ void AppDelegate::showSomethingAtStart() {
         services_.report("No tray was found for Tarnbeck's icon, so its window is opened instead.");
         services_.platform.showMainWindow();
     } else if (services_.isFirstStart && services_.runtime.menuBarController) {
-        services_.runtime.menuBarController->togglePopover();
+        services_.runtime.menuBarController->showPopoverUnlessFound();
     }
 }
 

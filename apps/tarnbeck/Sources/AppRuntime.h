@@ -1,5 +1,5 @@
-// The long-lived objects, for code that can't be handed references. Written once during start-up.
-// Main thread.
+// The long-lived objects, for code that can't be handed references. Written once during start-up,
+// and emptied at the end. Main thread.
 #pragma once
 
 #include "AppConfiguration.h"

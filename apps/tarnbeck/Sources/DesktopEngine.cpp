@@ -1,21 +1,12 @@
 #include "DesktopEngine.h"
 
-#include <chrono>
+#include <algorithm>
 #include <utility>
 
 #include "SystemFileEvents.h"
 #include "UITestFixtureData.h"
 
 namespace tarnbeck {
-
-using namespace std::chrono_literals;
-
-namespace {
-
-// With all children gone what remains takes a few milliseconds, unless a disk hangs.
-constexpr auto longestEnd = 1s;
-
-}  // namespace
 
 DesktopEngine::DesktopEngine(ConfigurationPlace place, Tools tools)
     : place_(std::move(place)),
@@ -86,13 +77,15 @@ MainView::Services DesktopEngine::viewServices(ViewInput input) {
             .onOpenSettings = std::move(input.onOpenSettings)};
 }
 
-bool DesktopEngine::end() {
-    dependencyCache_.drain();  // before checks that are cut off can leave something in it
+void DesktopEngine::endChildren() {
+    dependencyCache_.close();
     launcher_.endAllSessions();
-    const bool isIdle = tools_.queues.waitUntilIdle(longestEnd);
-    gitHub_.drain();
-    log_.drain();
-    return isIdle;
+}
+
+// All that writes does so on these queues.
+bool DesktopEngine::finish(SteadyTime deadline) {
+    const auto left = deadline - tools_.loop.steadyNow();
+    return tools_.queues.waitUntilIdle(std::max(left, SteadyTime::duration::zero()));
 }
 
 }  // namespace tarnbeck

@@ -54,9 +54,13 @@ class DesktopEngine {
     };
     MainView::Services viewServices(ViewInput input);
 
-    // Ends all children and writes what is to be kept; the scanner and the views have gone. Does
-    // not wait for work that goes on: false where there is some, and this must not be destroyed.
-    bool end();
+    // Ends all children, within a tenth of a second, and lets no more be started. What they leave
+    // unfinished is not kept. The beginning of the end.
+    void endChildren();
+    // Waits until all that is to be kept has been written and no work goes on, but no longer than
+    // until `deadline`; the scanner and the views have gone. False where something still goes on:
+    // then this and the queues must not be destroyed, because that would wait for it.
+    bool finish(SteadyTime deadline);
 
   private:
     RepositoryScanner::Services services();

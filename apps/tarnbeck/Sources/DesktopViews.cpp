@@ -1,6 +1,5 @@
 #include "DesktopViews.h"
 
-#include <QPointer>
 #include <utility>
 
 #include "QtContentWindow.h"
@@ -39,8 +38,8 @@ QWindow* DesktopViews::mainWindow() {
 
 std::shared_ptr<settings_window::WindowContent> DesktopViews::makeSettingsContent(
     SettingsView::Services services, QSize minimumSize) {
-    // The window, once there is one.
-    const auto shown = std::make_shared<QPointer<QWindow>>();
+    // The window, once there is one; it outlives its view.
+    const auto shown = std::make_shared<QWindow*>(nullptr);
     services.dismiss = [shown] {
         if (*shown) (*shown)->close();
     };

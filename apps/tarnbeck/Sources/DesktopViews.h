@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QSize>
+#include <QWindow>
 #include <functional>
 #include <memory>
 

@@ -8,9 +8,12 @@
 namespace tarnbeck {
 
 FixtureHome::FixtureHome() {
-    path_ = std::filesystem::temp_directory_path() / "tarnbeck-fixtures-XXXXXX";
+    constexpr const char* complaint = "No folder for fixtures";
+    std::error_code error;
+    path_ = std::filesystem::temp_directory_path(error) / "tarnbeck-fixtures-XXXXXX";
+    if (error) throw std::system_error(error, complaint);
     if (!mkdtemp(path_.data())) {
-        throw std::system_error(errno, std::generic_category(), "No folder for fixtures");
+        throw std::system_error(errno, std::generic_category(), complaint);
     }
     setenv("HOME", path_.c_str(), 1);
     // What leads away from the home, for us and for what we are made of.

@@ -91,6 +91,7 @@ void MenuBarController::refreshIcon() {
 }
 
 void MenuBarController::handleStatusItemClick() {
+    wasClicked_ = true;
     const auto event = services_.platform.currentEvent();
     const bool asksForMenu =
         event && (event->kind == ClickKind::rightMouseUp || event->controlKeyIsDown);
@@ -113,7 +114,7 @@ void MenuBarController::showContextMenu() {
         anchor_.guarded([actions = std::move(actions)](MenuBarController& self, std::size_t index) {
             if (const Action action = actions.at(index)) (self.*action)();
         });
-    statusItem_->popUpMenu(std::move(items), choose);
+    statusItem_->popUpMenu(items, choose);
 }
 
 void MenuBarController::togglePopover() {
@@ -126,6 +127,10 @@ void MenuBarController::togglePopover() {
          .activateAppOnShow = false,
          .onWillShow = anchor_.guarded([](auto& self) { self.willShowPopover(); })},
         closeMonitor_, services_.popoverPlatform);
+}
+
+void MenuBarController::showPopoverUnlessFound() {
+    if (!wasClicked_ && !popover_->isShown()) togglePopover();
 }
 
 void MenuBarController::willShowPopover() {

@@ -57,6 +57,9 @@ class MenuBarController {
     void refreshIcon();
     void handleStatusItemClick();
     void togglePopover();
+    // Opens the popover for who has not found it yet: not where it is open, nor where the item has
+    // been clicked.
+    void showPopoverUnlessFound();
 
     // For the popover on a screen; on the main one where none is given.
     ScreenSize preferredPopoverSize(std::optional<ScreenSize> screenVisibleFrame) const;
@@ -91,6 +94,7 @@ class MenuBarController {
     std::unique_ptr<PopoverHost> cachedHostingController_;
     std::vector<std::shared_ptr<void>> cancellables_;
     bool installed_ = false;
+    bool wasClicked_ = false;
     std::optional<MenuBarIconRenderState> lastRenderedIconState_;
     bool refreshIsPending_ = false;
     WeakAnchor<MenuBarController> anchor_{*this};

@@ -10,7 +10,7 @@ SettingsWindowController::SettingsWindowController(Services services)
     : services_(std::move(services)) {}
 
 SettingsWindowController::~SettingsWindowController() {
-    if (window_) window_->setDelegate(nullptr);
+    dropWindow();
 }
 
 void SettingsWindowController::show() {
@@ -28,11 +28,18 @@ void SettingsWindowController::show() {
     SettingsWindowFactory::present(*window_, services_.windows);
 }
 
+void SettingsWindowController::dropWindow() {
+    if (window_) window_->setDelegate(nullptr);
+    window_.reset();
+    closedWindow_.reset();
+}
+
 void SettingsWindowController::windowWillClose() {
     if (!window_) return;
     window_->setDelegate(nullptr);
     // It may be in the middle of a call of its own.
-    services_.loop.post([window = std::exchange(window_, nullptr)] {});
+    closedWindow_ = std::exchange(window_, nullptr);
+    services_.loop.post(anchor_.guarded([](auto& self) { self.closedWindow_.reset(); }));
 }
 
 }  // namespace tarnbeck

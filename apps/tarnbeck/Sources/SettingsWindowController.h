@@ -7,6 +7,7 @@
 #include "MainLoop.h"
 #include "RepositoryScanner.h"
 #include "SettingsWindowFactory.h"
+#include "WeakAnchor.h"
 
 namespace tarnbeck {
 
@@ -32,11 +33,16 @@ class SettingsWindowController : public settings_window::WindowDelegate {
 
     // The window that is there, with all that was typed into it, or else a new one.
     void show();
+    // Destroys it, open or just closed, before this returns: for the end, while what it is made of
+    // is still there.
+    void dropWindow();
     void windowWillClose() override;
 
   private:
     const Services services_;
     std::shared_ptr<settings_window::Window> window_;
+    std::shared_ptr<settings_window::Window> closedWindow_;  // until its own call has returned
+    WeakAnchor<SettingsWindowController> anchor_{*this};
 };
 
 }  // namespace tarnbeck

@@ -43,6 +43,11 @@ TarnbeckApp::TarnbeckApp(Services services)
                          .caffeinateController = caffeinateController_.get()};
 }
 
+TarnbeckApp::~TarnbeckApp() {
+    services_.platform.detach();
+    services_.runtime = {};
+}
+
 MenuBarController::Services TarnbeckApp::menuBarServices() {
     return {.scanner = *scanner_,
             .caffeinateController = *caffeinateController_,

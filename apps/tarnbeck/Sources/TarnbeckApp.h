@@ -43,6 +43,8 @@ class TarnbeckApp {
         bool isFirstStart = false;  // there is no configuration yet
     };
     explicit TarnbeckApp(Services services);
+    // Nothing leads to its objects any more when they go.
+    ~TarnbeckApp();
     TarnbeckApp(const TarnbeckApp&) = delete;
     TarnbeckApp& operator=(const TarnbeckApp&) = delete;
 

@@ -1,5 +1,7 @@
 #include <QApplication>
 #include <QIcon>
+#include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -7,14 +9,17 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <unistd.h>
 
+#include "AppVersionDisplay.h"
 #include "DesktopEngine.h"
 #include "DesktopSystem.h"
 #include "DesktopViews.h"
 #include "EarlyPosts.h"
+#include "EndLimit.h"
 #include "FileSystem.h"
 #include "FileUserDefaults.h"
 #include "FixtureHome.h"
@@ -33,10 +38,17 @@
 #include "VectorPainter.h"
 
 namespace tarnbeck {
+
+using namespace std::chrono_literals;
+
 namespace {
 
+// Of all that the end takes in the ordinary case, some milliseconds.
+constexpr auto longestWriting = 1s;
+constexpr auto longestEnd = 1500ms;
+
 LaunchInput launchInput(int argc, char** argv) {
-    LaunchInput input{.arguments = {argv + 1, argv + argc}};
+    LaunchInput input{.arguments = {argv + std::min(argc, 1), argv + argc}};
     if (const char* mode = std::getenv("TARNBECK_UI_TEST_MODE")) {
         input.environment["TARNBECK_UI_TEST_MODE"] = mode;
     }
@@ -50,6 +62,12 @@ void printLine(std::string_view line) {
 
 void complain(std::string_view line) {
     std::fprintf(stderr, "tarnbeck: %.*s\n", static_cast<int>(line.size()), line.data());
+}
+
+std::string versionLabel() {
+    return app_version::AppVersionDisplay::current(
+        {.info = {{"CFBundleShortVersionString", TARNBECK_VERSION}, {"CFBundleVersion", "1"}},
+         .executablePath = app_version::runningExecutablePath()});
 }
 
 class SystemClock : public Clock {
@@ -73,33 +91,75 @@ struct Ground {
     EarlyPosts earlyPosts;
 };
 
+// What the process leaves behind when it ends, however it ends.
+class Remains {
+  public:
+    // Throws `std::system_error` where there is no place for fixtures.
+    explicit Remains(const LaunchInput& input) {
+        if (UITestLaunchMode::isEnabled(input)) fixtureHome_.emplace();
+    }
+
+    // From now on the process ends in time, if need be in the middle of what it does.
+    void limitEnd() {
+        limit_.emplace(longestEnd, [this] { endAtOnce(); });
+    }
+    // Destroys nothing else: what goes on in the background may still need it.
+    [[noreturn]] void endNow() {
+        limit_.reset();
+        endAtOnce();
+    }
+
+  private:
+    [[noreturn]] void endAtOnce() {
+        fixtureHome_.reset();
+        std::_Exit(EXIT_SUCCESS);
+    }
+
+    std::optional<FixtureHome> fixtureHome_;
+    std::optional<EndLimit> limit_;
+};
+
 // The application on the desktop, from the first object to the last.
 class Desktop {
   public:
     Desktop(Ground& ground, TarnbeckEntry& entry) : ground_(ground), entry_(entry) {
-        loop_.onSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { platform_.terminate(); });
         ground_.earlyPosts.handTo(&loop_);
         caffeinateLauncher_ = makeCaffeinateLauncher();
         app_.emplace(appServices());
+        // Not before: a first start looks for repositories on this thread, and a signal that
+        // comes meanwhile ends the process as it would any other.
+        loop_.onSignals({SIGINT, SIGTERM, SIGHUP}, [this](int) { platform_.terminate(); });
     }
 
     void run() {
         app_->openScenes();
-        loop_.post([this] { platform_.delegate().applicationDidFinishLaunching(); });
+        loop_.post([this] {
+            if (auto* delegate = platform_.delegate()) delegate->applicationDidFinishLaunching();
+        });
         loop_.run();
     }
 
     // False where background work goes on that can't be waited for: then nothing here may be
     // destroyed any more.
     bool end() {
-        views_.reset();
+        const SteadyTime deadline = loop_.steadyNow() + longestWriting;
+        loop_.forgetSignals();  // a second one ends the process at once
+        engine_.endChildren();
+        dropViews();
         app_.reset();
         ground_.earlyPosts.handTo(nullptr);
-        ground_.userDefaults.drain();
-        return engine_.end();
+        return engine_.finish(deadline);
     }
 
   private:
+    // Windows go before what they are made of, and so does what holds on to one.
+    void dropViews() {
+        app_->settingsWindowController().dropWindow();
+        loop_.dropPosted();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        views_.reset();
+    }
+
     MainView::Services viewServices() {
         return engine_.viewServices(
             {.scanner = app_->scanner(),
@@ -120,7 +180,8 @@ class Desktop {
         return views().makeSettingsContent({.scanner = request.scanner,
                                             .loop = loop_,
                                             .queues = engine_.queues(),
-                                            .home = engine_.place().home},
+                                            .home = engine_.place().home,
+                                            .versionLabel = versionLabel()},
                                            smallest.toSize());
     }
 
@@ -159,7 +220,7 @@ class Desktop {
     QtExternalOpener opener_;
     QtWindowPlatform windowPlatform_{ground_.userDefaults};
     QtPopoverPlatform popoverPlatform_{loop_};
-    QtDesktopPlatform platform_{[this] { return views().mainWindow(); }};
+    QtDesktopPlatform platform_{[this] { return views().mainWindow(); }, loop_};
     DesktopEngine engine_{ground_.place,
                           {.loop = loop_,
                            .queues = ground_.queues,
@@ -177,7 +238,8 @@ void nameApplication() {
     QApplication::setDesktopFileName(QStringLiteral("tarnbeck"));
 }
 
-void runApplication(int& argc, char** argv, Ground& ground, TarnbeckEntry& entry) {
+void runApplication(int& argc, char** argv, Ground& ground, TarnbeckEntry& entry,
+                    Remains& remains) {
     nameApplication();
     chooseSceneGraph();
     QApplication application(argc, argv);
@@ -185,15 +247,25 @@ void runApplication(int& argc, char** argv, Ground& ground, TarnbeckEntry& entry
         QIcon(new VectorIconEngine(StatusTileRenderer::render({}, statusTextMeasurement()))));
     Desktop desktop(ground, entry);
     desktop.run();
-    if (!desktop.end()) std::_Exit(EXIT_SUCCESS);
+    remains.limitEnd();
+    if (!desktop.end()) remains.endNow();
 }
 
 int run(int argc, char** argv) {
     // A reader that goes away is told of by the write.
     std::signal(SIGPIPE, SIG_IGN);
+    if (!hasDisplay()) {
+        complain("There is no display here. In a terminal there is tarnbeck-cli.");
+        return EXIT_FAILURE;
+    }
     LaunchInput input = launchInput(argc, argv);
-    std::optional<FixtureHome> fixtureHome;
-    if (UITestLaunchMode::isEnabled(input)) fixtureHome.emplace();
+    std::optional<Remains> remains;
+    try {
+        remains.emplace(input);
+    } catch (const std::system_error& error) {
+        complain(error.what());
+        return EXIT_FAILURE;
+    }
     Ground ground(std::move(input));
     single_instance::SystemFileManager files;
     const auto signals = single_instance::makeSystemNamedSignals();
@@ -208,7 +280,7 @@ int run(int argc, char** argv) {
                           }},
          .clock = clock,
          .systemLog = [](const std::string& line) { writeError("single-instance", line); }});
-    return entry.main([&] { runApplication(argc, argv, ground, entry); });
+    return entry.main([&] { runApplication(argc, argv, ground, entry, *remains); });
 }
 
 }  // namespace

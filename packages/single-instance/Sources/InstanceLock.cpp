@@ -18,7 +18,7 @@ std::string words(int errorNumber) {
 // Nobody depends on it, so nothing is done about errors.
 void recordProcess(int descriptor) {
     const std::string content = std::to_string(getpid()) + "\n";
-    if (ftruncate(descriptor, 0) != 0) return;
+    [[maybe_unused]] const int emptied = ftruncate(descriptor, 0);
     [[maybe_unused]] const ssize_t written = write(descriptor, content.data(), content.size());
 }
 

@@ -10,8 +10,6 @@ using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using ::testing::SizeIs;
 
-const WallTime noon = std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + 12h;
-
 DuplicateLaunchRequest requestFor(const std::string& argument, WallTime time = noon) {
     return {{argument}, {}, time};
 }

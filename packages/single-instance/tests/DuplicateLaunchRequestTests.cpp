@@ -1,14 +1,13 @@
 #include <optional>
 
 #include "DuplicateLaunchRequest.h"
+#include "PlayedSurroundings.h"
 
 namespace single_instance {
 namespace {
 
 using namespace std::chrono_literals;
-using std::chrono::sys_days;
-
-const WallTime noon = sys_days{std::chrono::year{2026} / 3 / 1} + 12h;
+using single_instance::testing::noon;
 
 std::optional<WallTime> timeOf(const std::string& date) {
     const auto request = decoded(R"({"arguments":[],"fileURLs":[],"createdAt":")" + date + "\"}");

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 
@@ -70,6 +71,18 @@ TEST_F(InstanceLock_Acquire, TakesOverTheFileOfADeadProcess) {
     folder_.write("org.example.App/one.lock", "999999999 and more than fits\n");
     EXPECT_TRUE(isLock(acquire()));
     EXPECT_EQ(contentOf(path_), std::to_string(getpid()) + "\n");
+}
+
+TEST_F(InstanceLock_Acquire, NamesTheProcessInAFileThatCannotBeCut) {
+    SystemFileManager().createDirectory(folder_ / "org.example.App");
+    ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+    const OwnedDescriptor reader(open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const auto lock = acquire();
+    ASSERT_TRUE(isLock(lock));
+    std::string content(64, ' ');
+    content.resize(static_cast<std::size_t>(
+        std::max<ssize_t>(read(reader.get(), content.data(), content.size()), 0)));
+    EXPECT_EQ(content, std::to_string(getpid()) + "\n");
 }
 
 TEST_F(InstanceLock_Acquire, IsPossibleAgainWhenTheLockWent) {

@@ -1,6 +1,7 @@
 // Files, signals and a main thread, played by a test.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -9,10 +10,14 @@
 #include <utility>
 #include <vector>
 
+#include "DuplicateLaunchRequest.h"
 #include "FileManager.h"
 #include "NamedSignals.h"
 
 namespace single_instance::testing {
+
+inline const WallTime noon =
+    std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + std::chrono::hours(12);
 
 // One folder's files, in the order in which they came.
 class PlayedFiles : public FileManager {

@@ -12,8 +12,6 @@ using ::testing::IsEmpty;
 using Result = SingleInstanceStartupResult;
 using Requests = std::vector<DuplicateLaunchRequest>;
 
-const WallTime noon = std::chrono::sys_days{std::chrono::year{2026} / 3 / 1} + 12h;
-
 // One process stands in for several copies: a lock belongs to the open file.
 class SingleInstanceController_Copies : public ::testing::Test {
   protected:

@@ -53,7 +53,7 @@ class QtContentWindow : public ::testing::Test {
              .delegate = &delegate},
             platform);
     }
-    static QRect screen() { return QGuiApplication::primaryScreen()->availableVirtualGeometry(); }
+    static QRect screen() { return QGuiApplication::primaryScreen()->availableGeometry(); }
 
     NumbersByHand defaults;
     QtWindowPlatform platform{defaults};
@@ -80,6 +80,15 @@ TEST_F(QtContentWindow, IsShownWhenItIsPresented) {
     const auto window = make();
     SettingsWindowFactory::present(*window, platform);
     EXPECT_TRUE(shown->isVisible());
+}
+
+TEST_F(QtContentWindow, ComesBackOutOfThePanel) {
+    const auto window = make();
+    SettingsWindowFactory::present(*window, platform);
+    shown->showMinimized();
+    ASSERT_EQ(shown->windowStates(), Qt::WindowMinimized);
+    SettingsWindowFactory::present(*window, platform);
+    EXPECT_EQ(shown->windowStates(), Qt::WindowNoState);
 }
 
 TEST_F(QtContentWindow, TellsItsDelegateThatItCloses) {

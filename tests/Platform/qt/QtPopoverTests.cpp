@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ClockByHand.h"
 #include "QtMainLoop.h"
 #include "QtPopover.h"
 #include "QtPopoverPlatform.h"
@@ -84,7 +85,8 @@ class QtPopoverWindow : public ::testing::Test {
 
     QWindow window;
     QWindow other;
-    QtPopover popover;
+    testing::ClockByHand clock;
+    QtPopover popover{clock};
     Button button;
     int closed = 0;
     menubar_popover::Token observation = popover.observeDidClose([this] { ++closed; });
@@ -97,10 +99,11 @@ TEST_F(QtPopoverWindow, IsShownInItsSizeOnTheScreen) {
     EXPECT_TRUE(QGuiApplication::primaryScreen()->availableGeometry().contains(window.geometry()));
 }
 
-TEST_F(QtPopoverWindow, IsCutToTheScreen) {
+TEST_F(QtPopoverWindow, LargerThanTheScreenKeepsItsSizeAndBeginsAtItsCorner) {
     popover.setContentSize({5000, 5000});
     show();
-    EXPECT_EQ(window.size(), QGuiApplication::primaryScreen()->availableGeometry().size());
+    EXPECT_EQ(window.size(), QSize(5000, 5000));
+    EXPECT_EQ(window.position(), QGuiApplication::primaryScreen()->availableGeometry().topLeft());
 }
 
 TEST_F(QtPopoverWindow, TellsWhereItIsWhileItIsShown) {
@@ -133,12 +136,26 @@ TEST_F(QtPopoverWindow, ClosesWhenAnotherWindowBecomesActive) {
     EXPECT_EQ(closed, 1);
 }
 
+TEST_F(QtPopoverWindow, IsClosedForGoodWhenItsWindowHasGone) {
+    QtPopover bereft(clock);
+    {
+        QWindow passing;
+        bereft.setWindow(&passing);
+    }
+    bereft.performClose(nullptr);
+    EXPECT_FALSE(bereft.isShown());
+}
+
 TEST_F(QtPopoverWindow, ClickThatTookItsFocusDoesNotOpenItAgain) {
     EXPECT_FALSE(popover.hasJustChanged());
     show();
     EXPECT_TRUE(popover.hasJustChanged());
     popover.performClose(nullptr);
     EXPECT_TRUE(popover.hasJustChanged());
+    clock.now += std::chrono::milliseconds(249);
+    EXPECT_TRUE(popover.hasJustChanged());
+    clock.now += std::chrono::milliseconds(1);
+    EXPECT_FALSE(popover.hasJustChanged());
 }
 
 class QtPopoverEvents : public ::testing::Test {

@@ -2,10 +2,14 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <QWindow>
+#include <chrono>
+#include <optional>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ClockByHand.h"
 #include "QtMenu.h"
 #include "QtPopover.h"
 #include "QtStatusItem.h"
@@ -23,7 +27,8 @@ StatusImage imageOf(const MenuBarIconRenderState& state) {
 }
 
 TEST(QtStatusItem, HandsEachPictureToTheSystemOnce) {
-    QtPopover popover;
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
     QtStatusItem item(popover);
     item.button()->setImage(imageOf({}));
     EXPECT_EQ(item.drawnImages(), 1);
@@ -32,7 +37,8 @@ TEST(QtStatusItem, HandsEachPictureToTheSystemOnce) {
 }
 
 TEST(QtStatusItem, IsDrawnAgainWhenTheAppearanceChanges) {
-    QtPopover popover;
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
     QtStatusItem item(popover);
     item.button()->setImage(imageOf({}));
     QEvent change(QEvent::ApplicationPaletteChange);
@@ -41,7 +47,8 @@ TEST(QtStatusItem, IsDrawnAgainWhenTheAppearanceChanges) {
 }
 
 TEST(QtStatusItem, DrawsNothingBeforeItHasAPicture) {
-    QtPopover popover;
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
     const QtStatusItem item(popover);
     QEvent change(QEvent::ApplicationPaletteChange);
     QCoreApplication::sendEvent(QCoreApplication::instance(), &change);
@@ -49,18 +56,83 @@ TEST(QtStatusItem, DrawsNothingBeforeItHasAPicture) {
 }
 
 TEST(QtStatusItem, HasNoPlaceOnTheScreenWithoutATray) {
-    QtPopover popover;
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
     const QtStatusItem item(popover);
     EXPECT_EQ(item.button()->screenFrame(), std::nullopt);
 }
 
 TEST(QtStatusItem, KnowsTheScreenThatItsPopoverWouldBeOn) {
-    QtPopover popover;
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
     const QtStatusItem item(popover);
     const QSize available = QGuiApplication::primaryScreen()->availableGeometry().size();
     EXPECT_EQ(item.button()->screenVisibleFrame(),
               (ScreenSize{static_cast<double>(available.width()),
                           static_cast<double>(available.height())}));
+}
+
+TEST(QtStatusItem, IsDrawnOnceForAChangeOfScaleHoweverOftenTheScreensChanged) {
+    const testing::ClockByHand clock;
+    QtPopover popover(clock);
+    QtStatusItem item(popover);
+    item.button()->setImage(imageOf({}));
+    QScreen* screen = QGuiApplication::primaryScreen();
+    for (int time = 0; time < 3; ++time) Q_EMIT qGuiApp->primaryScreenChanged(screen);
+    const int before = item.drawnImages();
+    Q_EMIT screen->logicalDotsPerInchChanged(192);
+    EXPECT_EQ(item.drawnImages(), before + 1);
+}
+
+// The item as the tray uses it, and the popover that its clicks open.
+class QtStatusItemClicks : public ::testing::Test {
+  protected:
+    QtStatusItemClicks() {
+        popover.setWindow(&window);
+        item.button()->setAction({ClickKind::leftMouseUp, ClickKind::rightMouseUp},
+                                 [this] { kinds.push_back(item.currentEvent()->kind); });
+    }
+    void click() { item.activated(QSystemTrayIcon::Trigger); }
+    // It takes the focus from the popover, which closes by that.
+    void pressOutside() {
+        popover.show(*item.button(), menubar_popover::Edge::bottom);
+        clock.now += std::chrono::seconds(5);
+        popover.performClose(nullptr);
+    }
+
+    testing::ClockByHand clock;
+    QWindow window;
+    QtPopover popover{clock};
+    QtStatusItem item{popover};
+    std::vector<ClickKind> kinds;
+};
+
+TEST_F(QtStatusItemClicks, ReachTheActionWithTheirKind) {
+    click();
+    item.activated(QSystemTrayIcon::Context);
+    item.activated(QSystemTrayIcon::MiddleClick);
+    EXPECT_THAT(kinds, ElementsAre(ClickKind::leftMouseUp, ClickKind::rightMouseUp));
+    EXPECT_EQ(item.currentEvent(), std::nullopt);
+}
+
+TEST_F(QtStatusItemClicks, OneThatClosedThePopoverDoesNotOpenItAgain) {
+    pressOutside();
+    clock.now += std::chrono::milliseconds(249);
+    click();
+    EXPECT_THAT(kinds, ElementsAre());
+}
+
+TEST_F(QtStatusItemClicks, OneThatComesLaterOpensItAgain) {
+    pressOutside();
+    clock.now += std::chrono::milliseconds(250);
+    click();
+    EXPECT_THAT(kinds, ElementsAre(ClickKind::leftMouseUp));
+}
+
+TEST_F(QtStatusItemClicks, OneForTheMenuIsTakenAtOnce) {
+    pressOutside();
+    item.activated(QSystemTrayIcon::Context);
+    EXPECT_THAT(kinds, ElementsAre(ClickKind::rightMouseUp));
 }
 
 std::vector<std::string> textsOf(const QMenu& menu) {

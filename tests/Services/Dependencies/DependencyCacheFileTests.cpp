@@ -154,6 +154,21 @@ TEST_F(DependencyCacheFile, DrainingWritesAtOnceAndOnlyWhatWaits) {
     EXPECT_FALSE(exists(cache.file()));
 }
 
+TEST_F(DependencyCacheFile, ClosingWritesWhatWaits) {
+    store("/r/a");
+    cache->close();
+    cache.simulation.runUntilIdle();
+    EXPECT_THAT(contentOf(cache.file()), HasSubstr("/r/a"));
+}
+
+TEST_F(DependencyCacheFile, ClosedTakesNoMore) {
+    store("/r/a");
+    cache->close();
+    store("/r/b");
+    cache.simulation.advance(1min);
+    EXPECT_THAT(contentOf(cache.file()), Not(HasSubstr("/r/b")));
+}
+
 TEST_F(DependencyCacheFile, IsForTheUsersEyesOnly) {
     storeAndWrite("/r/a");
     struct stat information {};

@@ -48,7 +48,10 @@ class ApplicationProcess : public ::testing::Test {
         std::vector<std::string> command = {TARNBECK_APPLICATION};
         command.insert(command.end(), arguments.begin(), arguments.end());
         program.emplace(command, environment());
-        while (!catches(program->processIdentifier(), SIGTERM)) std::this_thread::yield();
+        while (!catches(program->processIdentifier(), SIGTERM)) {
+            ASSERT_FALSE(program->hasEnded());
+            std::this_thread::yield();
+        }
     }
     int end(int signal = SIGTERM) {
         program->signal(signal);
@@ -97,6 +100,32 @@ TEST_F(ApplicationProcess, OnFixturesTakesItsOwnHomeAway) {
     for (const auto& entry : std::filesystem::directory_iterator(temporary.path())) {
         EXPECT_FALSE(entry.path().filename().string().starts_with("tarnbeck-fixtures"));
     }
+}
+
+TEST_F(ApplicationProcess, OnFixturesFailsWithoutAPlaceForThem) {
+    auto variables = environment();
+    variables.insert(variables.begin(), "TMPDIR=/nowhere");
+    CompanionProgram alone({TARNBECK_APPLICATION, "--ui-test-fixtures"}, variables);
+    EXPECT_EQ(alone.wait(), 1);
+    EXPECT_TRUE(std::filesystem::is_empty(home.path()));
+}
+
+// What it says of each repository that it leaves out is more than a pipe holds, and nobody reads.
+TEST_F(ApplicationProcess, SignalEndsASearchForRepositoriesAtTheFirstStart) {
+    const std::string notUtf8(100, '\xff');
+    for (int number = 0; number < 400; ++number) {
+        home.makeFolder("projects/" + notUtf8 + std::to_string(number) + "/.git");
+    }
+    program.emplace(std::vector<std::string>{TARNBECK_APPLICATION}, environment());
+    ASSERT_TRUE(program->readLine());
+    EXPECT_EQ(end(SIGTERM), -SIGTERM);
+}
+
+TEST_F(ApplicationProcess, WithoutADisplayFails) {
+    CompanionProgram alone(
+        {"/usr/bin/env", "-i", "HOME=" + home.path(), TARNBECK_APPLICATION, "--app-mode=regular"});
+    EXPECT_EQ(alone.wait(), 1);
+    EXPECT_TRUE(std::filesystem::is_empty(home.path()));
 }
 
 TEST_F(ApplicationProcess, LocksInTheUsersPlace) {

@@ -7,7 +7,7 @@
 namespace tarnbeck::testing {
 namespace {
 
-const auto dirtyPath = std::string("/home/ada/projects/harbor-api");
+const auto dirtyPath = std::string("/home/ada/projects/anchorage-api");
 
 // Opens all that can be opened in the sections on the screen.
 void openEverything(PageHarness& page) {
@@ -40,11 +40,20 @@ void askToDiscard(PageHarness& page) {
     page.settle();
 }
 
+QQuickItem* rowsOf(PageHarness& page, int column = 0) {
+    for (QQuickItem* item : page.items()) {
+        if (item->inherits("QQuickListView") && item->property("keepsFocus").toBool() &&
+            column-- == 0) {
+            return item;
+        }
+    }
+    return nullptr;
+}
+
 TEST(MainPage, DrawsEachOfItsStatesWithoutAComplaint) {
     const Complaints complaints;
     PageHarness page;
-    page.harness.show(sampleRepositories());
-    page.settle();
+    page.show(sampleRepositories());
     openEverything(page);
     page.view->toggleAwake();
     page.view->setSearchText("ti");
@@ -70,8 +79,7 @@ TEST(MainPage, DrawsEachOfItsStatesWithoutAComplaint) {
     askToDiscard(page);
     page.view->answerAlert(1);
     page.settle();
-    page.harness.show({});
-    page.settle();
+    page.show({});
     EXPECT_THAT(complaints.texts(), ::testing::IsEmpty());
 }
 
@@ -88,7 +96,21 @@ TEST(MainPage, DrawsBitByBitWhatItDrawsAtOnce) {
     page.settle();
     page.window->resize(page.window->size() - QSize(1, 1));
     page.settle();
+
     EXPECT_EQ(page.window->grabWindow(), bitByBit);
+}
+
+TEST(MainPage, LeavesTheStripWhereItIsWhileAllOfItIsInSight) {
+    PageHarness page(sampleRepositories());
+    page.view->toggleViewMode();
+    page.settle();
+    const QQuickItem* scan = page.named(QStringLiteral("Scan"));
+    ASSERT_NE(scan, nullptr);
+    const double left = scan->mapToScene({0, 0}).x();
+    for (int step = 0; step < 14; ++step) {
+        page.key(Qt::Key_Tab);
+        EXPECT_EQ(scan->mapToScene({0, 0}).x(), left) << page.focusName().toStdString();
+    }
 }
 
 TEST(MainPage, GivesEveryButtonAName) {
@@ -128,7 +150,7 @@ TEST(MainPage, ReachesEveryControlByTab) {
         reached.insert(page.focusName());
     }
     for (const char* name : {"Masonry", "Scan", "Sort", "Equalize", "Awake", "Settings", "Filter",
-                             "Domain", "archive-mirror", "Refresh git data for this repository"}) {
+                             "Domain", "Refresh git data for this repository"}) {
         EXPECT_TRUE(reached.contains(QString::fromUtf8(name))) << name;
     }
 }
@@ -136,7 +158,7 @@ TEST(MainPage, ReachesEveryControlByTab) {
 TEST(MainPage, FindsByControlFAndClearsByEscape) {
     PageHarness page(sampleRepositories());
     page.key(Qt::Key_F, Qt::ControlModifier);
-    page.type(QStringLiteral("harbor"));
+    page.type(QStringLiteral("anchor"));
     page.harness.advance(std::chrono::milliseconds(200));
     page.settle();
     EXPECT_THAT(page.view->visibleRepoPaths(), ::testing::ElementsAre(dirtyPath));
@@ -148,14 +170,7 @@ TEST(MainPage, FindsByControlFAndClearsByEscape) {
 
 TEST(MainPage, MovesAmongTheRowsByArrowKeysAndOpensAndClosesThem) {
     PageHarness page({samples::dirty()});
-    page.named(QStringLiteral("harbor-api"));
-    QQuickItem* rows = nullptr;
-    for (QQuickItem* item : page.items()) {
-        if (item->activeFocusOnTab() && item->property("section").isValid() &&
-            item->inherits("QQuickListView")) {
-            rows = item;
-        }
-    }
+    QQuickItem* rows = rowsOf(page);
     ASSERT_NE(rows, nullptr);
     rows->forceActiveFocus(Qt::TabFocusReason);
     page.settle();
@@ -188,10 +203,7 @@ TEST(MainPage, KeepsWhereAColumnIsScrolledToAndTheFocusThroughAChange) {
     GitRepository repository = samples::dirty();
     PageHarness page({repository}, {900, 320});
     openEverything(page);
-    QQuickItem* rows = nullptr;
-    for (QQuickItem* item : page.items()) {
-        if (item->inherits("QQuickListView") && item->property("section").isValid()) rows = item;
-    }
+    QQuickItem* rows = rowsOf(page);
     ASSERT_NE(rows, nullptr);
     rows->forceActiveFocus();
     rows->setProperty("contentY", 60);
@@ -243,6 +255,88 @@ TEST(MainPage, MakesOnlyTheCardsNearTheViewportOfTheMasonry) {
     }
     EXPECT_GE(headers, 2);
     EXPECT_LE(headers, 30);
+}
+
+TEST(MainPage, GivesTheFocusBackToTheRowsWhenAnAlertIsCancelled) {
+    PageHarness page({samples::dirty()});
+    openEverything(page);
+    QQuickItem* rows = rowsOf(page);
+    ASSERT_NE(rows, nullptr);
+    rows->forceActiveFocus(Qt::TabFocusReason);
+    rows->setProperty("currentIndex", 3);
+    page.settle();
+    askToDiscard(page);
+    page.key(Qt::Key_Escape);
+    EXPECT_FALSE(page.view->content().alert);
+    EXPECT_TRUE(rows->hasActiveFocus());
+    page.key(Qt::Key_Down);
+    EXPECT_EQ(rows->property("currentIndex").toInt(), 4);
+}
+
+TEST(MainPage, LeavesTheSearchFieldAloneWhileAnAlertIsOpen) {
+    PageHarness page({samples::dirty()});
+    askToDiscard(page);
+    page.key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(page.focusName(), QStringLiteral("Cancel"));
+}
+
+TEST(MainPage, OpensTheContextActionOfACopyButtonAndCopiesByIt) {
+    PageHarness page({samples::dirty()});
+    QQuickItem* rows = rowsOf(page);
+    ASSERT_NE(rows, nullptr);
+    rows->forceActiveFocus(Qt::TabFocusReason);
+    page.key(Qt::Key_Down);
+    QQuickItem* button = page.named(QStringLiteral("Copy branch name"));
+    ASSERT_NE(button, nullptr);
+    button->forceActiveFocus(Qt::TabFocusReason);
+    page.key(Qt::Key_Menu);
+    ASSERT_NE(page.named(QStringLiteral("Copy \"main\"")), nullptr);
+    page.key(Qt::Key_Return);
+    EXPECT_THAT(page.harness.clipboard.copied, ::testing::ElementsAre("main"));
+    EXPECT_TRUE(rows->hasActiveFocus());
+}
+
+TEST(MainPage, GoesFromColumnToColumnByControlAndTheArrows) {
+    PageHarness page(sampleRepositories(), {1000, 600});
+    QQuickItem* rows = rowsOf(page);
+    ASSERT_NE(rows, nullptr);
+    rows->forceActiveFocus(Qt::TabFocusReason);
+    page.settle();
+    for (int step = 0; step < 5; ++step) page.key(Qt::Key_Right, Qt::ControlModifier);
+    const QQuickItem* focused = page.window->activeFocusItem();
+    ASSERT_NE(focused, nullptr);
+    const double left = focused->mapToScene({0, 0}).x();
+    EXPECT_GE(left, 0);
+    EXPECT_LT(left, 1000);
+    double scrolled = 0;
+    for (QQuickItem* item : page.items()) {
+        scrolled = std::max(scrolled, item->property("contentX").toDouble());
+    }
+    EXPECT_GT(scrolled, 900);
+}
+
+TEST(MainPage, ReachesEveryColumnByTab) {
+    PageHarness page(sampleRepositories(), {1000, 600});
+    double farthest = 0;
+    for (int step = 0; step < 80; ++step) {
+        page.key(Qt::Key_Tab);
+        for (QQuickItem* item : page.items()) {
+            farthest = std::max(farthest, item->property("contentX").toDouble());
+        }
+    }
+    EXPECT_GT(farthest, 1500);
+}
+
+TEST(MainPage, BringsTheRowOfTheFocusIntoSightInTheMasonry) {
+    PageHarness page(sampleRepositories(), {1000, 400});
+    page.view->toggleViewMode();
+    openEverything(page);
+    for (int step = 0; step < 90; ++step) {
+        page.key(Qt::Key_Tab);
+        const QQuickItem* focused = page.window->activeFocusItem();
+        ASSERT_NE(focused, nullptr);
+        EXPECT_LT(focused->mapToScene({0, 0}).y(), 400);
+    }
 }
 
 }  // namespace

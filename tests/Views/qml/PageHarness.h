@@ -43,7 +43,6 @@ class Complaints {
 class PageHarness {
   public:
     explicit PageHarness(std::vector<GitRepository> repositories = {}, QSize size = {1460, 800}) {
-        QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
         harness.show(std::move(repositories));
         view = harness.view.get();
         window = windows.mainWindow(std::move(harness.view));
@@ -53,6 +52,14 @@ class PageHarness {
         settle();
     }
 
+    void show(std::vector<GitRepository> repositories) {
+        std::vector<RepositorySnapshot> snapshots;
+        for (GitRepository& repository : repositories) {
+            snapshots.push_back(std::make_shared<const GitRepository>(std::move(repository)));
+        }
+        harness.scanner().setRepositories(std::move(snapshots));
+        settle();
+    }
     // Runs what was posted, and lets what moves come to rest.
     void settle() {
         for (int turn = 0; turn < 3; ++turn) {

@@ -97,6 +97,8 @@ class Studio {
     QQuickWindow& window() { return *window_; }
     RepositoryScanner& scanner() { return scanner_; }
     QtMainLoop& loop() { return loop_; }
+    WorkQueues& queues() { return queues_; }
+    ViewWindows& windows() { return windows_; }
     system_awake::CaffeinateController& awake() { return awake_; }
 
   private:

@@ -184,20 +184,25 @@ SettingsCard backdropOpacitySection(SettingsControl control, std::string_view ti
 }
 
 std::vector<SettingsCard> optionsSection(const SettingsState& state) {
-    return {visibility(state),
-            autoScan(state),
-            applicationMode(state),
-            system(state),
-            backdropOpacitySection(SettingsControl::appBackdropOpacity, "Window Background",
-                                   "Dark tint over the wallpaper-glass for the regular app window. "
-                                   "Lower lets more of the desktop show through.",
-                                   state.appBackdropOpacity),
-            backdropOpacitySection(SettingsControl::popoverBackdropOpacity,
-                                   "Menu Bar Popover Background",
-                                   "Dark tint over the popover surface. macOS popovers are not "
-                                   "translucent to the desktop, so this only adjusts how dark the "
-                                   "surface looks.",
-                                   state.popoverBackdropOpacity)};
+    std::vector<SettingsCard> cards{
+        visibility(state),
+        autoScan(state),
+        applicationMode(state),
+        system(state),
+        backdropOpacitySection(SettingsControl::appBackdropOpacity, "Window Background",
+                               "Dark tint over the wallpaper-glass for the regular app window. "
+                               "Lower lets more of the desktop show through.",
+                               state.appBackdropOpacity),
+        backdropOpacitySection(SettingsControl::popoverBackdropOpacity,
+                               "Menu Bar Popover Background",
+                               "Dark tint over the popover surface. macOS popovers are not "
+                               "translucent to the desktop, so this only adjusts how dark the "
+                               "surface looks.",
+                               state.popoverBackdropOpacity)};
+    if (!state.versionLabel.empty()) {
+        cards.push_back({.rows = {SettingsNote{.text = state.versionLabel}}});
+    }
+    return cards;
 }
 
 std::vector<SettingsCard> cardsOf(const SettingsState& state) {

@@ -116,7 +116,7 @@ struct SettingsEditor {
 
 struct SettingsNote {
     std::string_view symbol;  // may be empty
-    std::string_view text;
+    std::string text;
 
     bool operator==(const SettingsNote&) const = default;
 };

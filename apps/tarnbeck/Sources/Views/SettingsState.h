@@ -64,6 +64,7 @@ struct SettingsState {
     double popoverBackdropOpacity = 0.55;  // 0 to 1
     bool hasDiscovered = false;
     bool isDiscoveryScanInProgress = false;
+    std::string versionLabel;                  // of the application; empty: none
     std::uint64_t discoveryScanRequestID = 0;  // of the newest scan
     SettingsPane selectedPane = SettingsPane::repositories;
 

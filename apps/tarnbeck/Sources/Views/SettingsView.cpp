@@ -82,6 +82,7 @@ void SettingsView::showChange() {
 
 void SettingsView::syncStateFromConfiguration() {
     const AppConfiguration& configuration = services_.scanner.configuration();
+    state_.versionLabel = services_.versionLabel;
     state_.scanDirsText = joined(configuration.scanDirectories, "\n");
     state_.ignorePathsText = joined(configuration.discoveryIgnorePaths, "\n");
     for (const ToggleFields& toggle : toggles) state_.*toggle.shown = configuration.*toggle.stored;

@@ -31,6 +31,7 @@ class SettingsView {
         WorkQueues& queues;
         std::string home;
         std::function<void()> dismiss;  // closes the window
+        std::string versionLabel = {};  // which version this is, to be shown; may be empty
     };
     // Shows the configuration of this moment.
     explicit SettingsView(Services services);

@@ -21,7 +21,7 @@ class LogindInhibitLauncher : public CaffeinateLaunching {
         std::string who;  // as people read it in lists of locks
         std::string why;
         // For all that is asked of the bus: `start` blocks no longer.
-        std::chrono::milliseconds timeout{1000};
+        std::chrono::milliseconds timeout{200};
         // What is run as the child, without arguments: any program that reads its input to the end.
         std::string holderExecutable = "/bin/cat";
     };

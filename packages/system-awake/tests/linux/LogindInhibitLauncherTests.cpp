@@ -26,7 +26,8 @@ using ::testing::HasSubstr;
 using Started = std::variant<std::unique_ptr<CaffeinateProcess>, LaunchFailure>;
 
 LogindInhibitLauncher makeLauncher() {
-    return LogindInhibitLauncher({.who = "Tester", .why = "Testing"});
+    return LogindInhibitLauncher(
+        {.who = "Tester", .why = "Testing", .timeout = std::chrono::seconds(20)});
 }
 
 std::string failureOf(const Started& started) {
@@ -123,8 +124,10 @@ TEST_F(LogindInhibitLauncher_Lock, LeavesNothingOpenHere) {
 }
 
 TEST_F(LogindInhibitLauncher_Lock, GoesWhenTheChildCantBeLaunched) {
-    LogindInhibitLauncher launcher(
-        {.who = "Tester", .why = "Testing", .holderExecutable = "/nowhere/cat"});
+    LogindInhibitLauncher launcher({.who = "Tester",
+                                    .why = "Testing",
+                                    .timeout = std::chrono::seconds(20),
+                                    .holderExecutable = "/nowhere/cat"});
     EXPECT_EQ(failureOf(launcher.start({"-s"}, getpid())),
               "/nowhere/cat: No such file or directory");
     logind_.nextEvent();

@@ -11,7 +11,8 @@
 
 int main() {
     using namespace system_awake;
-    LogindInhibitLauncher launcher({.who = "Application", .why = "Testing"});
+    LogindInhibitLauncher launcher(
+        {.who = "Application", .why = "Testing", .timeout = std::chrono::seconds(20)});
     CaffeinateController controller(launcher, getpid(), {.postToMainThread = [](const auto&) {}});
     controller.start(standardCaffeinateAssertions);
     if (const auto* failed = std::get_if<CaffeinateState::Failed>(&controller.state().value)) {

@@ -58,13 +58,15 @@ class DesktopPlatform {
     DesktopPlatform& operator=(const DesktopPlatform&) = delete;
     virtual ~DesktopPlatform() = default;
 
-    // `delegate` must outlive the main loop.
+    // `delegate` is told of everything until `detach`.
     virtual void attach(ApplicationDelegate& delegate) = 0;
+    virtual void detach() = 0;
     virtual void openWindowGroup(const WindowGroup& group) = 0;
 
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
     virtual void activateIgnoringOtherApps() = 0;
-    // All windows of the application, hidden ones too; they are the platform's.
+    // The windows that are there; they are the platform's. Whether hidden ones count is its own
+    // affair.
     virtual std::vector<DesktopWindow*> windows() = 0;
     virtual void setMainMenu(const app_commands::MainMenu& menu) = 0;
     // Ends the application by the usual path: the delegate is told.

@@ -67,8 +67,8 @@ class StatusItem {
     virtual void setVisible(bool visible) = 0;
     // Shows a menu until it closes; none stays set, so that clicks reach the action again. What is
     // chosen is told by its place in the list. May return before.
-    virtual void popUpMenu(std::vector<MenuItem> items,
-                           std::function<void(std::size_t index)> onChosen) = 0;
+    virtual void popUpMenu(const std::vector<MenuItem>& items,
+                           const std::function<void(std::size_t index)>& onChosen) = 0;
     virtual double thickness() const = 0;
     virtual TextMeasurement textMeasurement() const = 0;
 };

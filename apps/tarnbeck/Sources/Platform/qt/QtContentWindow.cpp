@@ -2,10 +2,13 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QMargins>
 #include <QScreen>
+#include <algorithm>
 #include <optional>
 #include <utility>
 
+#include "ScreenGeometry.h"
 #include "WindowPositionStore.h"
 #include "WindowSizeStore.h"
 
@@ -51,8 +54,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void setReleasedWhenClosed(bool /*isReleased*/) override {}  // it never is
     void center() override {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        if (!screen) return;
         QRect centred = downwards(frame_);
-        centred.moveCenter(available().center());
+        centred.moveCenter(screen->availableGeometry().center());
         frame_ = upwards(centred);
     }
     void setContentView(std::shared_ptr<settings_window::WindowContent> content) override {
@@ -65,11 +70,11 @@ class ContentWindow : public QObject, public settings_window::Window {
     void setDelegate(settings_window::WindowDelegate* delegate) override { delegate_ = delegate; }
     void setFrameAutosaveName(std::string_view name) override {
         autosaveName_ = name;
-        const WindowSize size = sizeStore().load(frame_.size);
-        const auto origin = positionStore().load(size, upwards(available()));
-        frame_.size = size;
-        if (origin) {
-            frame_.origin = *origin;
+        frame_.size = sizeStore().load(frame_.size);
+        const auto saved = positionStore().savedValues();
+        if (saved) {
+            frame_.origin = {.x = saved->x, .y = saved->topY - frame_.size.height};
+            moveIntoScreen();
         } else {
             center();
         }
@@ -77,12 +82,11 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
     void makeKeyAndOrderFront() override {
         if (!content_) return;
-        content_->window->show();
-        content_->window->raise();
-        content_->window->requestActivate();
+        bringToFront(*content_->window);
     }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Expose) makeRoomForBorders();
         if (event->type() == QEvent::Close) {
             saveFrame();
             if (delegate_) delegate_->windowWillClose();
@@ -91,8 +95,10 @@ class ContentWindow : public QObject, public settings_window::Window {
     }
 
   private:
-    static QRect available() {
-        return QGuiApplication::primaryScreen()->availableVirtualGeometry();
+    void moveIntoScreen() {
+        const auto area = areaOfWindow(downwards(frame_), screenAreas());
+        if (!area) return;
+        frame_.origin = WindowPositionStore::clamped(frame_.origin, frame_.size, upwards(*area));
     }
 
     void take(std::shared_ptr<settings_window::WindowContent> content) {
@@ -109,6 +115,21 @@ class ContentWindow : public QObject, public settings_window::Window {
         const QRect frame = downwards(frame_);
         content_->window->resize(frame.size());
         content_->window->setFramePosition(frame.topLeft());
+    }
+    // How wide the window manager's borders are is known only when the window is there.
+    void makeRoomForBorders() {
+        QWindow& window = *content_->window;
+        if (window.frameMargins() == borders_) return;
+        borders_ = window.frameMargins();
+        const QRect frame = window.frameGeometry();
+        const auto area = areaOfWindow(frame, screenAreas());
+        if (!area) return;
+        const QRect& room = *area;
+        const QPoint last(std::max(room.left(), room.right() + 1 - frame.width()),
+                          std::max(room.top(), room.bottom() + 1 - frame.height()));
+        const QPoint inside(std::clamp(frame.left(), room.left(), last.x()),
+                            std::clamp(frame.top(), room.top(), last.y()));
+        if (inside != frame.topLeft()) window.setFramePosition(inside);
     }
     void saveFrame() {
         if (autosaveName_.empty() || !content_ || !content_->window->isVisible()) return;
@@ -146,6 +167,7 @@ class ContentWindow : public QObject, public settings_window::Window {
     std::string autosaveName_;
     settings_window::WindowDelegate* delegate_ = nullptr;
     std::shared_ptr<QtWindowContent> content_;
+    QMargins borders_;
 };
 
 }  // namespace

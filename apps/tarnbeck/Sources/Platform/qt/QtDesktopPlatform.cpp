@@ -1,15 +1,20 @@
 #include "QtDesktopPlatform.h"
 
 #include <QApplication>
+#include <QObject>
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <algorithm>
 #include <utility>
 
 #include "QtStatusItem.h"
+#include "ScreenGeometry.h"
 
 namespace tarnbeck {
 namespace {
+
+// What a window manager takes of the height, in device-independent pixels.
+constexpr int roomForTitleBar = 40;
 
 // The popover and what hangs from it don't keep the application.
 bool isOrdinary(const QWindow& window) {
@@ -26,28 +31,37 @@ class QtDesktopPlatform::MainWindow : public DesktopWindow {
         return window_ ? window_->title().toStdString() : std::string();
     }
     void makeKeyAndOrderFront() override {
-        if (!window_) window_ = make_();
-        if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
-            window_->showNormal();
-        } else {
-            window_->show();
-        }
-        window_->raise();
-        window_->requestActivate();
+        if (!window_) makeWindow();
+        bringToFront(*window_);
     }
+    void setGroup(const WindowGroup& group) { group_ = group; }
     void orderOut() override {
         if (window_) window_->hide();
     }
     bool isVisible() const { return window_ && window_->isVisible(); }
 
   private:
+    void makeWindow() {
+        window_ = make_();
+        QObject::connect(window_, &QObject::destroyed, &connections_,
+                         [this] { window_ = nullptr; });
+        window_->setTitle(QString::fromStdString(group_.title));
+        QSize size = QSizeF(group_.width, group_.height).toSize();
+        if (const QScreen* screen = window_->screen()) {
+            size = size.boundedTo(screen->availableSize() - QSize(0, roomForTitleBar));
+        }
+        window_->resize(size.expandedTo(window_->minimumSize()));
+    }
+
     const std::function<QWindow*()> make_;
+    WindowGroup group_;
     QWindow* window_ = nullptr;
+    QObject connections_;  // they end with it
 };
 
-QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow)
+QtDesktopPlatform::QtDesktopPlatform(std::function<QWindow*()> makeMainWindow, const Clock& clock)
     : mainWindow_(std::make_unique<MainWindow>(std::move(makeMainWindow))),
-      popover_(std::make_shared<QtPopover>()) {
+      popover_(std::make_shared<QtPopover>(clock)) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -55,13 +69,15 @@ QtDesktopPlatform::~QtDesktopPlatform() = default;
 
 void QtDesktopPlatform::attach(ApplicationDelegate& delegate) {
     delegate_ = &delegate;
-    QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, &connections_,
-                     [this] { delegate_->applicationWillTerminate(); });
+    QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, &connections_, [this] {
+        if (delegate_) delegate_->applicationWillTerminate();
+    });
     QObject::connect(qGuiApp, &QGuiApplication::lastWindowClosed, &connections_,
                      [this] { lastWindowClosed(); });
 }
 
 void QtDesktopPlatform::lastWindowClosed() {
+    if (!delegate_) return;
     const auto windows = QGuiApplication::topLevelWindows();
     const bool oneIsLeft =
         std::ranges::any_of(windows, [](const QWindow* window) { return isOrdinary(*window); });
@@ -70,18 +86,13 @@ void QtDesktopPlatform::lastWindowClosed() {
 
 // One that shows nothing is not made: nobody is to see it.
 void QtDesktopPlatform::openWindowGroup(const WindowGroup& group) {
+    mainWindow_->setGroup(group);
     if (group.showsMainView) showMainWindow();
 }
 
 void QtDesktopPlatform::setActivationPolicy(ActivationPolicy policy) {
     policy_ = policy;
     applyActivationPolicy(policy);
-}
-
-void QtDesktopPlatform::activateIgnoringOtherApps() {
-    if (mainWindow_->isVisible() || policy_ == ActivationPolicy::regular) {
-        mainWindow_->makeKeyAndOrderFront();
-    }
 }
 
 std::vector<DesktopWindow*> QtDesktopPlatform::windows() {
@@ -116,10 +127,7 @@ std::optional<ClickEvent> QtDesktopPlatform::currentEvent() const {
 }
 
 std::optional<ScreenSize> QtDesktopPlatform::mainScreenVisibleFrame() const {
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    if (!screen) return std::nullopt;
-    const QSize size = screen->availableGeometry().size();
-    return ScreenSize{static_cast<double>(size.width()), static_cast<double>(size.height())};
+    return visibleFrameOf(QGuiApplication::primaryScreen());
 }
 
 }  // namespace tarnbeck

@@ -16,16 +16,17 @@ class QtStatusItem;
 
 class QtDesktopPlatform : public DesktopPlatform {
   public:
-    // `makeMainWindow` is called once, when it is first to be seen; the window is its maker's, and
-    // closing must only hide it.
-    explicit QtDesktopPlatform(std::function<QWindow*()> makeMainWindow);
+    // `makeMainWindow` is called when it is first to be seen; the window is its maker's, and
+    // closing must only hide it. `clock` must outlive this.
+    QtDesktopPlatform(std::function<QWindow*()> makeMainWindow, const Clock& clock);
     ~QtDesktopPlatform() override;
 
     void attach(ApplicationDelegate& delegate) override;
+    void detach() override { delegate_ = nullptr; }
     void openWindowGroup(const WindowGroup& group) override;
     void setActivationPolicy(ActivationPolicy policy) override;
-    // In regular mode a main window that can't be seen is shown again, as a click in the dock does
-    // elsewhere.
+    // Where there is no dock, in regular mode a main window that can't be seen is shown again, as a
+    // click in the dock does elsewhere.
     void activateIgnoringOtherApps() override;
     // Those that can be seen.
     std::vector<DesktopWindow*> windows() override;
@@ -39,8 +40,8 @@ class QtDesktopPlatform : public DesktopPlatform {
     std::optional<ScreenSize> mainScreenVisibleFrame() const override;
 
     QtPopover& popover() { return *popover_; }
-    // That was attached.
-    ApplicationDelegate& delegate() { return *delegate_; }
+    // What is attached; null where nothing is.
+    ApplicationDelegate* delegate() { return delegate_; }
 
   private:
     class MainWindow;

@@ -8,6 +8,7 @@
 #include <QTimerEvent>
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <utility>
 
 #include <fcntl.h>
@@ -99,7 +100,12 @@ void QtMainLoop::onSignals(std::initializer_list<int> signals, std::function<voi
     signalNotifier_ = std::make_unique<QSocketNotifier>(signalRead_.get(), QSocketNotifier::Read);
     QObject::connect(signalNotifier_.get(), &QSocketNotifier::activated, receiver_.get(),
                      [this] { runSignalled(); });
+    signals_ = signals;
     noteSignals(signals, signalWrite_.get());
+}
+
+void QtMainLoop::forgetSignals() {
+    for (const int signal : std::exchange(signals_, {})) std::signal(signal, SIG_DFL);
 }
 
 void QtMainLoop::run() {
@@ -108,6 +114,19 @@ void QtMainLoop::run() {
 
 void QtMainLoop::stop() {
     post([] { QCoreApplication::exit(); });
+}
+
+void QtMainLoop::dropPosted() {
+    while (true) {
+        std::deque<Task> dropped = std::exchange(turn_, {});
+        {
+            const std::lock_guard lock(mutex_);
+            std::ranges::move(posted_, std::back_inserter(dropped));
+            posted_.clear();
+        }
+        if (dropped.empty()) return;
+        dropped.clear();  // what they held may post something as it goes
+    }
 }
 
 void QtMainLoop::runPosted() {

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 #include "FileDescriptor.h"
 #include "MainLoop.h"
@@ -30,11 +31,17 @@ class QtMainLoop : public MainLoop {
     // Calls `handler` on the main thread, with the signal's number, whenever one of `signals`
     // arrives. One loop a process may do so. Main thread.
     void onSignals(std::initializer_list<int> signals, std::function<void(int)> handler);
+    // Lets those signals do what they do by default again. Main thread.
+    void forgetSignals();
 
     // Runs until `stop`, or until Qt is asked to quit by another road. Main thread.
     void run();
     // Any thread, and from tasks.
     void stop();
+
+    // Forgets what was posted and has not begun: for the end, after `run` and before that goes what
+    // it holds on to. Main thread.
+    void dropPosted();
 
   private:
     class Receiver;
@@ -51,6 +58,7 @@ class QtMainLoop : public MainLoop {
     bool runsPosted_ = false;  // guarded by `mutex_`
     std::deque<Task> turn_;    // what is run in this turn and has not begun
     PendingTimers timers_;
+    std::vector<int> signals_;  // that are told of
     FileDescriptor signalRead_;
     FileDescriptor signalWrite_;
     std::unique_ptr<QSocketNotifier> signalNotifier_;

@@ -26,7 +26,7 @@ void fill(QAction& action, const MenuItem& item) {
 }  // namespace
 
 std::unique_ptr<QMenu> makeMenu(const std::vector<MenuItem>& items,
-                                std::function<void(std::size_t index)> onChosen) {
+                                const std::function<void(std::size_t index)>& onChosen) {
     auto menu = std::make_unique<QMenu>();
     for (std::size_t index = 0; index < items.size(); ++index) {
         if (items[index].isSeparator) {

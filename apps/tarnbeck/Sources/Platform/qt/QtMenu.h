@@ -14,6 +14,6 @@ namespace tarnbeck {
 
 // Not shown yet. `onChosen` is told the place in the list.
 std::unique_ptr<QMenu> makeMenu(const std::vector<MenuItem>& items,
-                                std::function<void(std::size_t index)> onChosen);
+                                const std::function<void(std::size_t index)>& onChosen);
 
 }  // namespace tarnbeck

@@ -33,6 +33,7 @@ QPoint pointerOn(const QScreen& screen) {
 void QtPopover::setWindow(QWindow* window) {
     if (window_ == window) return;
     window_ = window;
+    QObject::connect(window, &QObject::destroyed, &connections_, [this] { window_ = nullptr; });
     QObject::connect(window, &QWindow::activeChanged, &connections_, [this] { activeChanged(); });
     QObject::connect(window, &QWindow::visibleChanged, &connections_,
                      [this](bool visible) { visibleChanged(visible); });
@@ -45,17 +46,20 @@ bool QtPopover::isShown() const {
 void QtPopover::show(menubar_popover::StatusBarButton& button,
                      menubar_popover::Edge /*preferredEdge*/) {
     if (!window_) return;
-    const QRect item = rectOf(button.screenFrame());
-    QScreen* screen = screenOfItem(item);
-    const QRect available = screen->availableGeometry();
-    window_->setScreen(screen);
-    window_->setGeometry(popoverFrame({.item = item,
-                                       .pointer = pointerOn(*screen),
-                                       .size = contentSize_.boundedTo(available.size()),
-                                       .available = available}));
+    place(rectOf(button.screenFrame()));
     window_->show();
     window_->raise();
     window_->requestActivate();
+}
+
+void QtPopover::place(const QRect& item) {
+    QScreen* screen = screenOfItem(item);
+    if (!screen) return window_->resize(contentSize_);
+    window_->setScreen(screen);
+    window_->setGeometry(popoverFrame({.item = item,
+                                       .pointer = pointerOn(*screen),
+                                       .size = contentSize_,
+                                       .available = screen->availableGeometry()}));
 }
 
 void QtPopover::performClose(const void* /*sender*/) {
@@ -75,7 +79,7 @@ menubar_popover::Token QtPopover::observeDidClose(std::function<void()> observer
 }
 
 bool QtPopover::hasJustChanged() const {
-    return changedAt_ && std::chrono::steady_clock::now() - *changedAt_ < momentOfAClick;
+    return changedAt_ && clock_.steadyNow() - *changedAt_ < momentOfAClick;
 }
 
 void QtPopover::activeChanged() {
@@ -83,7 +87,7 @@ void QtPopover::activeChanged() {
 }
 
 void QtPopover::visibleChanged(bool visible) {
-    changedAt_ = std::chrono::steady_clock::now();
+    changedAt_ = clock_.steadyNow();
     if (!visible) ObserverList<>::tell(observers_.current());
 }
 

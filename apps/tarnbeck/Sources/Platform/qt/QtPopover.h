@@ -3,13 +3,12 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QSize>
 #include <QWindow>
-#include <chrono>
 #include <functional>
 #include <optional>
 
+#include "Clock.h"
 #include "ObserverList.h"
 #include "PopoverPlatform.h"
 
@@ -17,6 +16,9 @@ namespace tarnbeck {
 
 class QtPopover : public menubar_popover::Popover {
   public:
+    // `clock` must outlive it.
+    explicit QtPopover(const Clock& clock) : clock_(clock) {}
+
     // Before it is first shown. The window must outlive it, or take itself away.
     void setWindow(QWindow* window);
     void setContentSize(QSize size) { contentSize_ = size; }
@@ -33,13 +35,15 @@ class QtPopover : public menubar_popover::Popover {
     bool hasJustChanged() const;
 
   private:
+    void place(const QRect& item);
     void activeChanged();
     void visibleChanged(bool visible);
 
-    QPointer<QWindow> window_;
+    const Clock& clock_;
+    QWindow* window_ = nullptr;
     QSize contentSize_;
     QObject connections_;  // they end with it
-    std::optional<std::chrono::steady_clock::time_point> changedAt_;
+    std::optional<SteadyTime> changedAt_;
     ObserverList<> observers_;
 };
 

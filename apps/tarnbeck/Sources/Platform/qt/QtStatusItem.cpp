@@ -50,8 +50,7 @@ class QtStatusItem::Button : public StatusItemButton {
         draw();
     }
     std::optional<ScreenSize> screenVisibleFrame() const override {
-        const QRect frame = screenOfItem(icon_.geometry())->availableGeometry();
-        return ScreenSize{static_cast<double>(frame.width()), static_cast<double>(frame.height())};
+        return visibleFrameOf(screenOfItem(icon_.geometry()));
     }
     std::optional<menubar_popover::Rect> screenFrame() const override {
         const QRect frame = icon_.geometry();
@@ -98,8 +97,10 @@ class QtStatusItem::AppearanceWatch : public QObject {
   public:
     explicit AppearanceWatch(Button& button) : button_(button) {
         QCoreApplication::instance()->installEventFilter(this);
-        connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this,
-                [this](QScreen* screen) { follow(screen); });
+        connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this](QScreen* screen) {
+            button_.draw();
+            follow(screen);
+        });
         follow(QGuiApplication::primaryScreen());
     }
 
@@ -110,15 +111,17 @@ class QtStatusItem::AppearanceWatch : public QObject {
     }
 
   private:
+    // This screen, and no other any more.
     void follow(QScreen* screen) {
-        button_.draw();
+        followed_.emplace();
         if (!screen) return;
         const auto drawAgain = [this] { button_.draw(); };
-        connect(screen, &QScreen::logicalDotsPerInchChanged, this, drawAgain);
-        connect(screen, &QScreen::physicalDotsPerInchChanged, this, drawAgain);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, &*followed_, drawAgain);
+        connect(screen, &QScreen::physicalDotsPerInchChanged, &*followed_, drawAgain);
     }
 
     Button& button_;
+    std::optional<QObject> followed_;  // connections end with it
 };
 
 QtStatusItem::QtStatusItem(QtPopover& popover)
@@ -149,9 +152,9 @@ void QtStatusItem::activated(QSystemTrayIcon::ActivationReason reason) {
     button_->click(*click);
 }
 
-void QtStatusItem::popUpMenu(std::vector<MenuItem> items,
-                             std::function<void(std::size_t index)> onChosen) {
-    menu_ = makeMenu(items, std::move(onChosen));
+void QtStatusItem::popUpMenu(const std::vector<MenuItem>& items,
+                             const std::function<void(std::size_t index)>& onChosen) {
+    menu_ = makeMenu(items, onChosen);
     QObject::connect(menu_.get(), &QMenu::aboutToShow, appearanceWatch_.get(),
                      [this] { popover_.performClose(nullptr); });
     menu_->popup(QCursor::pos());

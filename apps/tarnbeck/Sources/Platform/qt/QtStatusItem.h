@@ -24,11 +24,13 @@ class QtStatusItem : public StatusItem {
 
     std::shared_ptr<StatusItemButton> button() const override;
     void setVisible(bool visible) override;
-    void popUpMenu(std::vector<MenuItem> items,
-                   std::function<void(std::size_t index)> onChosen) override;
+    void popUpMenu(const std::vector<MenuItem>& items,
+                   const std::function<void(std::size_t index)>& onChosen) override;
     double thickness() const override;
     TextMeasurement textMeasurement() const override;
 
+    // What the tray tells of.
+    void activated(QSystemTrayIcon::ActivationReason reason);
     // The click that is being handled.
     std::optional<ClickEvent> currentEvent() const;
     // How often a picture was handed to the system.
@@ -37,8 +39,6 @@ class QtStatusItem : public StatusItem {
   private:
     class Button;
     class AppearanceWatch;
-
-    void activated(QSystemTrayIcon::ActivationReason reason);
 
     QtPopover& popover_;
     std::shared_ptr<Button> button_;

@@ -73,6 +73,7 @@ void DependencyCache::store(const DependencySummary& summary, const std::string&
         .fingerprint = fingerprint, .checkedAt = tools_.loop.wallNow(), .summary = summary};
     {
         const std::lock_guard lock(mutex_);
+        if (isClosed_) return;
         cache_[repoPath] = std::move(entry);
         pruneStaleEntries();
     }
@@ -163,9 +164,21 @@ void DependencyCache::persistCacheNow() {
 }
 
 void DependencyCache::drain() {
+    persistWithoutDelay();
+    cacheQueue_->drain();
+}
+
+void DependencyCache::close() {
+    {
+        const std::lock_guard lock(mutex_);
+        isClosed_ = true;
+    }
+    persistWithoutDelay();
+}
+
+void DependencyCache::persistWithoutDelay() {
     persistWorkItem_.cancel();
     if (persistWaits_) cacheQueue_->post([this] { persistCacheNow(); });
-    cacheQueue_->drain();
 }
 
 }  // namespace tarnbeck

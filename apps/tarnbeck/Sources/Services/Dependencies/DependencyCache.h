@@ -80,6 +80,11 @@ class DependencyCache {
     // not lose it. Main thread.
     void drain();
 
+    // Takes no more summaries from now on, and begins to write what waits without waiting for it:
+    // for the end of a program, before checks that are cut off could leave something here. Main
+    // thread.
+    void close();
+
   private:
     using Entries = DependencyCacheFormat::Entries;
     struct MarkersCacheEntry {
@@ -94,12 +99,14 @@ class DependencyCache {
     void evictLRUMarkersCacheEntry();  // under `mutex_`
     void schedulePersist();
     void persistCacheNow();
+    void persistWithoutDelay();
 
     const std::string cacheFileURL_;
     const Tools tools_;
     std::once_flag cacheLoaded_;
-    std::mutex mutex_;  // held for a moment only
-    Entries cache_;     // guarded by `mutex_`, as the next
+    std::mutex mutex_;       // held for a moment only
+    bool isClosed_ = false;  // guarded by `mutex_`, as the next two
+    Entries cache_;
     std::unordered_map<std::string, MarkersCacheEntry> markersCache_;
     Timer persistWorkItem_;                   // main thread
     std::atomic<bool> persistWaits_ = false;  // something is not in the file yet

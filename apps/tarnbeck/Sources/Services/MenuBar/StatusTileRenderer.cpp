@@ -15,13 +15,13 @@ namespace {
 using Command = VectorImage::Command;
 using Rect = VectorImage::Rect;
 
-constexpr double radius = 5;
+constexpr double tileRadius = 5;
 constexpr double edgeAlpha = 0.22;
 constexpr double badgeSize = 12;
 constexpr double badgeRight = 20;
 constexpr double badgeBottom = 21.5;
-constexpr double glyphSide = 18;
-constexpr Rect glyphAlone{2, 2, glyphSide, glyphSide};
+constexpr double branchSide = 18;
+constexpr Rect glyphAlone{2, 2, branchSide, branchSide};
 constexpr Rect glyphBesideBadge{-1.5, 1.2, 13, 13};
 constexpr Rect awakeDotAlone{14, 14, 5.5, 5.5};
 constexpr Rect awakeDotAboveBadge{14, 2.5, 5.5, 5.5};
@@ -30,7 +30,7 @@ constexpr std::int64_t highestCount = 99;
 // A branch made smaller as a whole, its strokes and dots too.
 class Shrinking {
   public:
-    explicit Shrinking(const Rect& target) : target_(target), factor_(target.width / glyphSide) {}
+    explicit Shrinking(const Rect& target) : target_(target), factor_(target.width / branchSide) {}
 
     Command operator()(const VectorImage::Line& line) const {
         return VectorImage::Line{at(line.from), at(line.to), line.width * factor_, line.color};
@@ -59,7 +59,7 @@ class Shrinking {
 
 std::vector<Command> branchIn(const Rect& target) {
     const VectorImage::Color ink{.ink = Ink::tileGlyph};
-    std::vector<Command> commands = MenuBarIconRenderer::drawBranch({0, 0, glyphSide, glyphSide},
+    std::vector<Command> commands = MenuBarIconRenderer::drawBranch({0, 0, branchSide, branchSide},
                                                                     {.ink = ink, .lowerDot = ink});
     for (Command& command : commands) command = std::visit(Shrinking(target), command);
     return commands;
@@ -104,9 +104,9 @@ VectorImage StatusTileRenderer::render(const MenuBarIconRenderState& state,
     VectorImage image{.width = side, .height = side};
     image.commands = {
         VectorImage::RoundedRect{
-            .in = {0, 0, side, side}, .radius = radius, .color = {.ink = Ink::tile}},
+            .in = {0, 0, side, side}, .radius = tileRadius, .color = {.ink = Ink::tile}},
         VectorImage::RoundedRect{.in = {0.5, 0.5, side - 1, side - 1},
-                                 .radius = radius - 0.5,
+                                 .radius = tileRadius - 0.5,
                                  .width = 1,
                                  .color = {.ink = Ink::tileEdge, .alpha = edgeAlpha}},
     };

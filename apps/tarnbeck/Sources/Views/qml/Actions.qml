@@ -7,9 +7,18 @@ Row {
 
     property var actions: []
     property bool canFocus: true
-    readonly property bool hasProgress: actions.some(action => action.inProgress)
+    // What stays while the menu of a button is open, although the button may go.
+    property Item menuOwner: root
 
     signal performed(int kind, int occurrence)
+
+    // What is chosen is done here: the button may have gone by then.
+    function openMenu(action, spot) {
+        Menus.open(menuOwner, action.menuTitle, [{
+                    "title": action.menuTitle,
+                    "symbol": action.symbol
+                }], () => performed(action.kind, action.occurrence), Qt.point(spot.x, spot.y));
+    }
 
     spacing: 4
 
@@ -34,10 +43,7 @@ Row {
             onClicked: root.performed(action.kind, action.occurrence)
             onContextRequested: {
                 if (action.menuTitle !== "")
-                    Menus.open(button, action.menuTitle, [{
-                                "title": action.menuTitle,
-                                "symbol": action.symbol
-                            }], () => root.performed(action.kind, action.occurrence), Qt.point(0, height + 4))
+                    root.openMenu(action, mapToItem(root.menuOwner, 0, height + 4));
             }
         }
     }

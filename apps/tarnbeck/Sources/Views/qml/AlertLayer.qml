@@ -10,16 +10,24 @@ FocusScope {
     readonly property var alert: view.alert
     readonly property bool isOpen: alert.title !== undefined
     property Item returnFocusTo: null
+    // Takes the focus when what had it is gone.
+    property Item fallback: null
 
     function cancel() {
-        const buttons = alert.buttons
-        const cancelling = buttons.findIndex(button => button.isCancel)
-        view.answerAlert(cancelling >= 0 ? cancelling : 0)
+        if (!isOpen)
+            return;
+        const buttons = alert.buttons;
+        const cancelling = buttons.findIndex(button => button.isCancel);
+        view.answerAlert(cancelling >= 0 ? cancelling : 0);
     }
-    function focusOn(index) {
-        const button = buttons.itemAt(index)
-        if (button)
-            button.forceActiveFocus()
+
+    // The buttons are made after the alert is told.
+    function takeFocus() {
+        for (let index = 0; isOpen && index < buttons.count; ++index) {
+            const button = buttons.itemAt(index);
+            if (button && button.isFirst)
+                button.forceActiveFocus();
+        }
     }
 
     anchors.fill: parent
@@ -27,13 +35,14 @@ FocusScope {
     z: 80
 
     Keys.onEscapePressed: cancel()
+    onAlertChanged: Qt.callLater(takeFocus)
     onIsOpenChanged: {
         if (isOpen) {
-            returnFocusTo = Window.window ? Window.window.activeFocusItem : null
-            focusOn(Math.max(0, alert.buttons.findIndex(button => button.isCancel)))
-        } else if (returnFocusTo) {
-            returnFocusTo.forceActiveFocus()
-            returnFocusTo = null
+            returnFocusTo = Focus.keeperOf(Window.window ? Window.window.activeFocusItem : null);
+            forceActiveFocus();
+        } else {
+            Focus.giveBackTo(returnFocusTo, fallback);
+            returnFocusTo = null;
         }
     }
 
@@ -97,7 +106,7 @@ FocusScope {
                 Repeater {
                     id: buttons
 
-                    model: root.isOpen ? root.alert.buttons : []
+                    model: root.alert.buttons || []
 
                     TextButton {
                         required property int index
@@ -109,6 +118,10 @@ FocusScope {
                         KeyNavigation.tab: buttons.itemAt((index + 1) % buttons.count)
                         isDestructive: modelData.isDestructive
                         title: modelData.title
+
+                        readonly property bool isFirst: modelData.isCancel || buttons.count === 1
+
+                        focus: isFirst
 
                         onClicked: root.view.answerAlert(index)
                     }

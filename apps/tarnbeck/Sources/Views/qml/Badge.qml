@@ -8,6 +8,7 @@ Rectangle {
     property string title
     property string value
     property string valueColor: "secondary"
+    property bool isCompact: false  // where there is little room, the value says enough
 
     Accessible.name: title + " " + value
     Accessible.role: Accessible.StaticText
@@ -28,6 +29,7 @@ Rectangle {
             color: Style.secondary
             font.pixelSize: Style.small
             text: root.title
+            visible: !root.isCompact
         }
         AppText {
             Accessible.ignored: true

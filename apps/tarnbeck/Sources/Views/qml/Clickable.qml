@@ -34,6 +34,8 @@ Item {
     Keys.onMenuPressed: contextRequested()
     Component.onDestruction: Tips.leave(root)
 
+    onActiveFocusChanged: activeFocus && Style.focusByKeyboard ? Tips.enter(root, root.help) : Tips.leave(root)
+
     HoverHandler {
         id: hover
 
@@ -46,11 +48,11 @@ Item {
         anchors.fill: parent
 
         onClicked: mouse => {
-            Tips.leave(root)
+            Tips.leave(root);
             if (mouse.button === Qt.RightButton)
-                root.contextRequested()
+                root.contextRequested();
             else
-                root.clicked()
+                root.clicked();
         }
     }
     FocusRing {

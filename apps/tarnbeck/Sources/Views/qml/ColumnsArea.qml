@@ -7,8 +7,25 @@ ListView {
 
     required property MainViewAdapter view
 
+    // Brings a column into sight, where the next ones are made.
+    function reveal(index) {
+        positionViewAtIndex(index, ListView.Contain);
+    }
+    function go(by) {
+        let from = -1;
+        for (let index = 0; index < count; ++index) {
+            const column = itemAtIndex(index);
+            if (column && column.activeFocus)
+                from = index;
+        }
+        const to = Math.max(0, Math.min(count - 1, from + by));
+        reveal(to);
+        const column = itemAtIndex(to);
+        if (column)
+            column.forceActiveFocus(Qt.TabFocusReason);
+    }
     function tellViewport() {
-        view.sections.setViewport(width, 0, height)
+        view.sections.setViewport(width, 0, height);
     }
 
     Accessible.name: "Repositories"
@@ -22,6 +39,13 @@ ListView {
     model: view.sections
     orientation: ListView.Horizontal
 
+    // Control with an arrow goes from column to column.
+    Keys.onPressed: event => {
+        if (!(event.modifiers & Qt.ControlModifier) || (event.key !== Qt.Key_Left && event.key !== Qt.Key_Right))
+            return;
+        go(event.key === Qt.Key_Left ? -1 : 1);
+        event.accepted = true;
+    }
     Component.onCompleted: tellViewport()
     onHeightChanged: tellViewport()
     onWidthChanged: tellViewport()
@@ -29,6 +53,9 @@ ListView {
     delegate: SectionColumn {
         height: ListView.view.height
         width: root.view.sections.columnWidth
+
+        onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard)
+            Qt.callLater(root.reveal, index)
     }
 
     WheelScroll {
@@ -37,7 +64,7 @@ ListView {
     }
     Connections {
         function onSplitViewReset() {
-            Qt.callLater(root.positionViewAtBeginning)
+            Qt.callLater(root.positionViewAtBeginning);
         }
 
         target: root.view

@@ -8,43 +8,44 @@ Item {
     required property MainViewAdapter view
     required property color ground
     readonly property var strip: view.strip
+    readonly property var texts: view.stripTexts
 
     function takeSearchFocus() {
-        reveal(search)
-        search.takeFocus()
+        reveal(search);
+        search.takeFocus();
     }
     function clearSearch() {
         if (search.text === "")
-            return false
-        search.clear()
-        return true
+            return false;
+        search.clear();
+        return true;
     }
     // Scrolls so that the control is in sight.
     function reveal(item) {
-        const left = item.mapToItem(content, 0, 0).x
-        const most = Math.max(0, flick.contentWidth - flick.width)
+        const left = item.mapToItem(content, 0, 0).x;
+        const most = Math.max(0, flick.contentWidth - flick.width);
         if (left - 24 < flick.contentX)
-            flick.contentX = Math.max(0, left - 24)
+            flick.contentX = Math.max(0, left - 24);
         else if (left + item.width + 24 > flick.contentX + flick.width)
-            flick.contentX = Math.min(most, left + item.width + 24 - flick.width)
+            flick.contentX = Math.min(most, left + item.width + 24 - flick.width);
     }
 
     Accessible.name: "Controls"
     Accessible.role: Accessible.ToolBar
     height: Style.stripHeight
 
-    Rectangle {
-        anchors.fill: parent
-        color: root.ground
-    }
-    Flickable {
+    // What is wider than the window is moved by the wheel and by the focus.
+    Item {
         id: flick
 
+        property real contentX: 0
+        readonly property real contentWidth: content.width + 24
+        readonly property real originX: 0
+
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
-        contentHeight: height
-        contentWidth: content.width + 24
-        interactive: false
+
+        onContentWidthChanged: contentX = Math.max(0, Math.min(contentX, contentWidth - width))
+        onWidthChanged: contentX = Math.max(0, Math.min(contentX, contentWidth - width))
 
         WheelScroll {
             area: flick
@@ -56,31 +57,7 @@ Item {
 
             height: parent.height
             spacing: 4
-            x: 12
-
-            component Divider: Item {
-                anchors.verticalCenter: parent.verticalCenter
-                height: 18
-                width: 17
-
-                Rectangle {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    color: Style.hairline
-                    height: 18
-                    width: 1
-                }
-            }
-            component StripPill: Pill {
-                property var pill
-
-                accessibleValue: pill ? pill.accessibleValue : ""
-                anchors.verticalCenter: parent.verticalCenter
-                help: pill ? pill.help : ""
-                symbol: pill ? pill.symbol : ""
-                title: pill ? pill.title : ""
-
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
-            }
+            x: 12 - flick.contentX
 
             StripPill {
                 pill: root.strip.viewToggle
@@ -111,7 +88,7 @@ Item {
             }
             StripPill {
                 hasDot: isSelected
-                help: root.strip.awakeFailure !== "" ? root.strip.awakeFailure : pill.help
+                help: pill.help
                 isCheckable: true
                 isChecked: isSelected
                 isSelected: pill.isSelected
@@ -144,16 +121,17 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Style.secondary
                 rightPadding: 4
-                text: "Filter"
+                text: root.texts.filterLabel
             }
             SegmentedControl {
                 anchors.verticalCenter: parent.verticalCenter
-                name: "Filter"
+                name: root.texts.filterLabel
                 selection: root.strip.filter
                 titles: root.view.filters
-                width: 180
+                width: root.texts.filterWidth
 
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onActiveFocusChanged: if (activeFocus)
+                    root.reveal(this)
                 onChosen: index => root.view.chooseFilter(index)
             }
             Item {
@@ -165,9 +143,10 @@ Item {
                 name: "Domain"
                 selection: root.strip.domain
                 titles: root.view.domains
-                width: 300
+                width: root.texts.domainWidth
 
-                onActiveFocusChanged: if (activeFocus) root.reveal(this)
+                onActiveFocusChanged: if (activeFocus)
+                    root.reveal(this)
                 onChosen: index => root.view.chooseDomain(index)
             }
             Item {
@@ -178,27 +157,62 @@ Item {
                 id: search
 
                 anchors.verticalCenter: parent.verticalCenter
-                width: 270
+                clearButton: root.strip.clearSearch
+                prompt: root.texts.searchPrompt
+                symbol: root.texts.searchSymbol
+                value: root.strip.searchText
+                width: root.texts.searchWidth
 
                 onEdited: text => root.view.setSearchText(text)
-                onHasFocusChanged: if (hasFocus) root.reveal(this)
+                onHasFocusChanged: if (hasFocus)
+                    root.reveal(this)
             }
         }
     }
+
+    component Divider: Item {
+        anchors.verticalCenter: parent.verticalCenter
+        height: 18
+        width: 17
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Style.hairline
+            height: 18
+            width: 1
+        }
+    }
+    component StripPill: Pill {
+        property var pill
+
+        accessibleValue: pill ? pill.accessibleValue : ""
+        anchors.verticalCenter: parent.verticalCenter
+        help: pill ? pill.help : ""
+        symbol: pill ? pill.symbol : ""
+        title: pill ? pill.title : ""
+
+        onActiveFocusChanged: if (activeFocus)
+            root.reveal(this)
+    }
     // More follows to the side.
     component Fade: Rectangle {
+        property bool isNeeded: false
+        property color from: Style.tinted(root.ground, 0)
+        property color to: root.ground
+
         height: parent.height - 1
+        visible: isNeeded
         width: 24
 
         gradient: Gradient {
             orientation: Gradient.Horizontal
 
             GradientStop {
-                color: Style.tinted(root.ground, 0)
+                color: from
                 position: 0
             }
             GradientStop {
-                color: root.ground
+                color: to
                 position: 1
             }
         }
@@ -206,11 +220,12 @@ Item {
 
     Fade {
         anchors.right: parent.right
-        visible: flick.contentX < flick.contentWidth - flick.width - 1
+        isNeeded: flick.contentX < flick.contentWidth - flick.width - 1
     }
     Fade {
-        rotation: 180
-        visible: flick.contentX > 1
+        from: root.ground
+        isNeeded: flick.contentX > 1
+        to: Style.tinted(root.ground, 0)
     }
     Rectangle {
         anchors.bottom: parent.bottom

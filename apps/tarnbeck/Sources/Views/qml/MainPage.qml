@@ -8,27 +8,28 @@ Item {
     required property MainViewAdapter view
     property bool isPopover: false
     readonly property color ground: Style.ground(view.backdropOpacity)
+    readonly property color barGround: Style.over(ground, Style.bar)
 
     // Escape that nothing else wanted.
     signal dismissed
 
     function find() {
-        if (strip.item)
-            strip.item.takeSearchFocus()
+        if (strip.item && !alerts.isOpen && !menus.isOpen)
+            strip.item.takeSearchFocus();
     }
 
     focus: true
 
     Keys.onEscapePressed: event => {
         if (isPopover)
-            dismissed()
+            dismissed();
         else
-            event.accepted = strip.item !== null && strip.item.clearSearch()
+            event.accepted = strip.item !== null && strip.item.clearSearch();
     }
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Find)) {
-            find()
-            event.accepted = true
+            find();
+            event.accepted = true;
         }
     }
 
@@ -37,11 +38,22 @@ Item {
         anchors.fill: parent
         color: root.ground
     }
+    // The grounds of strip and status bar.
+    Rectangle {
+        color: root.barGround
+        height: strip.height
+        width: parent.width
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: root.barGround
+        height: bar.height
+        width: parent.width
+    }
     FocusScope {
         id: everything
 
         anchors.fill: parent
-        enabled: !alerts.isOpen
         focus: true
 
         Loader {
@@ -51,9 +63,8 @@ Item {
             width: parent.width
 
             sourceComponent: ControlStrip {
-                ground: Style.over(root.ground, Style.bar)
+                ground: root.barGround
                 view: root.view
-                width: strip.width
             }
         }
         Loader {
@@ -69,7 +80,6 @@ Item {
             id: bar
 
             anchors.bottom: parent.bottom
-            ground: Style.over(root.ground, Style.bar)
             view: root.view
             width: parent.width
         }
@@ -103,10 +113,13 @@ Item {
     AlertLayer {
         id: alerts
 
+        fallback: everything
         view: root.view
     }
     MenuLayer {
         id: menus
+
+        fallback: everything
     }
     TipBubble {
     }

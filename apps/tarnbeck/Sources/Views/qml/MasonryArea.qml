@@ -8,8 +8,17 @@ Flickable {
     required property MainViewAdapter view
     readonly property real margin: 8
 
+    function reveal(top, height) {
+        if (top - margin < contentY)
+            contentY = Math.max(0, top - margin);
+        else if (top + height + margin > contentY + root.height)
+            contentY = top + height + margin - root.height;
+    }
+    function scrollTo(place) {
+        contentY = Math.max(0, Math.min(place, contentHeight - height));
+    }
     function tellViewport() {
-        view.sections.setViewport(width - 2 * margin, contentY - margin, height)
+        view.sections.setViewport(width - 2 * margin, contentY - margin, height);
     }
 
     Accessible.name: "Repositories"
@@ -20,6 +29,16 @@ Flickable {
     contentWidth: width
     interactive: false
 
+    // What the rows left over scrolls the area.
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_PageDown)
+            scrollTo(contentY + height * 0.9);
+        else if (event.key === Qt.Key_PageUp)
+            scrollTo(contentY - height * 0.9);
+        else
+            return;
+        event.accepted = true;
+    }
     Component.onCompleted: tellViewport()
     onContentHeightChanged: contentY = Math.max(0, Math.min(contentY, contentHeight - height))
     onContentYChanged: tellViewport()
@@ -44,6 +63,8 @@ Flickable {
             width: placeWidth
             x: root.margin + placeX
             y: root.margin + placeY
+
+            onRevealRequested: (top, height) => root.reveal(y + top, height)
         }
     }
     ScrollThumb {

@@ -8,14 +8,15 @@ Item {
 
     readonly property bool isOpen: Menus.owner !== null && Menus.owner.Window.window === root.Window.window
     property Item returnFocusTo: null
+    property Item fallback: null
 
     function close() {
-        Menus.close()
+        Menus.close();
     }
     function take(index) {
-        const action = Menus.choose
-        close()
-        action(index)
+        const action = Menus.choose;
+        close();
+        action(index);
     }
 
     anchors.fill: parent
@@ -24,15 +25,16 @@ Item {
 
     onIsOpenChanged: {
         if (isOpen) {
-            returnFocusTo = Window.window.activeFocusItem
-            const spot = Menus.owner.mapToItem(root, Menus.at.x, Menus.at.y)
-            card.x = Math.round(Math.max(8, Math.min(spot.x, width - card.width - 8)))
-            card.y = Math.round(spot.y + card.height + 8 > height ? Math.max(8, height - card.height - 8) : spot.y)
-            list.current = Math.max(0, Menus.entries.findIndex(entry => entry.isChecked))
-            list.forceActiveFocus()
-        } else if (returnFocusTo) {
-            returnFocusTo.forceActiveFocus()
-            returnFocusTo = null
+            returnFocusTo = Focus.keeperOf(Window.window.activeFocusItem);
+            const spot = Menus.owner.mapToItem(root, Menus.at.x, Menus.at.y);
+            card.x = Math.round(Math.max(8, Math.min(spot.x, width - card.width - 8)));
+            const tall = Menus.entries.length * 28 + 8;  // what is in it is laid out later
+            card.y = Math.round(spot.y + tall + 8 > height ? Math.max(8, height - tall - 8) : spot.y);
+            list.current = Math.max(0, Menus.entries.findIndex(entry => entry.isChecked));
+            list.forceActiveFocus();
+        } else {
+            Focus.giveBackTo(returnFocusTo, fallback);
+            returnFocusTo = null;
         }
     }
 
@@ -121,7 +123,8 @@ Item {
                         visible: entry.modelData.isChecked === true
                     }
                     HoverHandler {
-                        onHoveredChanged: if (hovered) list.current = entry.index
+                        onHoveredChanged: if (hovered)
+                            list.current = entry.index
                     }
                     MouseArea {
                         anchors.fill: parent

@@ -1,6 +1,5 @@
 // The one menu that is open, if any; the window that holds its owner draws it.
 pragma Singleton
-
 import QtQuick
 
 QtObject {
@@ -11,13 +10,13 @@ QtObject {
     property point at: Qt.point(0, 0)  // in the owner
 
     function open(item, title, list, action, place) {
-        entries = list
-        name = title
-        choose = action
-        at = place
-        owner = item
+        entries = list;
+        name = title;
+        choose = action;
+        at = place;
+        owner = item;
     }
     function close() {
-        owner = null
+        owner = null;
     }
 }

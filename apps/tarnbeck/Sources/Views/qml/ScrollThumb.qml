@@ -15,11 +15,11 @@ Item {
     readonly property real share: (isHorizontal ? area.contentX - origin : area.contentY - origin) / Math.max(1, whole - seen)
 
     function moveTo(share) {
-        const place = origin + Math.max(0, Math.min(1, share)) * (whole - seen)
+        const place = origin + Math.max(0, Math.min(1, share)) * (whole - seen);
         if (isHorizontal)
-            area.contentX = place
+            area.contentX = place;
         else
-            area.contentY = place
+            area.contentY = place;
     }
 
     Accessible.ignored: true
@@ -50,13 +50,13 @@ Item {
 
         onPositionChanged: mouse => {
             if (pressed)
-                root.moveTo(((root.isHorizontal ? mouse.x : mouse.y) - grip) / Math.max(1, root.track - root.length))
+                root.moveTo(((root.isHorizontal ? mouse.x : mouse.y) - grip) / Math.max(1, root.track - root.length));
         }
         onPressed: mouse => {
-            const place = root.isHorizontal ? mouse.x : mouse.y
-            const start = root.share * (root.track - root.length)
-            grip = place >= start && place <= start + root.length ? place - start : root.length / 2
-            root.moveTo((place - grip) / Math.max(1, root.track - root.length))
+            const place = root.isHorizontal ? mouse.x : mouse.y;
+            const start = root.share * (root.track - root.length);
+            grip = place >= start && place <= start + root.length ? place - start : root.length / 2;
+            root.moveTo((place - grip) / Math.max(1, root.track - root.length));
         }
     }
 }

@@ -5,21 +5,27 @@ import Tarnbeck
 Rectangle {
     id: root
 
-    property string prompt: "Filter"
+    property string prompt
+    property string symbol
+    property var clearButton: null  // absent while there is nothing to clear
+    property string value  // what is searched for; shown unless it stands there already
     property alias text: input.text
     readonly property bool hasFocus: input.activeFocus
 
     signal edited(string text)
 
+    onValueChanged: if (input.text !== value)
+        input.text = value
+
     function takeFocus() {
-        input.forceActiveFocus()
-        input.selectAll()
+        input.forceActiveFocus();
+        input.selectAll();
     }
     function clear() {
         if (input.text === "")
-            return
-        input.text = ""
-        edited("")
+            return;
+        input.text = "";
+        edited("");
     }
 
     border.color: input.activeFocus ? Style.tinted(Style.accent, 0.7) : Style.hairline
@@ -34,7 +40,7 @@ Rectangle {
         anchors.leftMargin: 10
         anchors.verticalCenter: parent.verticalCenter
         color: Style.secondary
-        name: "magnifyingglass"
+        name: root.symbol
         size: 14
     }
     TextInput {
@@ -47,7 +53,7 @@ Rectangle {
         activeFocusOnTab: true
         anchors.left: glass.right
         anchors.leftMargin: 8
-        anchors.right: clearButton.left
+        anchors.right: clearing.left
         anchors.rightMargin: 4
         anchors.verticalCenter: parent.verticalCenter
         clip: true
@@ -71,19 +77,19 @@ Rectangle {
         }
     }
     IconButton {
-        id: clearButton
+        id: clearing
 
         anchors.right: parent.right
         anchors.rightMargin: 5
         anchors.verticalCenter: parent.verticalCenter
-        help: "Clear filter"
-        symbol: "xmark.circle.fill"
+        help: root.clearButton ? root.clearButton.help : ""
+        symbol: root.clearButton ? root.clearButton.symbol : ""
         symbolSize: 14
-        visible: input.text !== ""
+        visible: root.clearButton !== undefined && root.clearButton !== null
 
         onClicked: {
-            root.clear()
-            input.forceActiveFocus()
+            root.clear();
+            input.forceActiveFocus();
         }
     }
     Rectangle {

@@ -3,10 +3,14 @@
 import QtQuick
 import Tarnbeck
 
-Item {
+FocusScope {
     id: root
 
     required property SectionAdapter section
+
+    // Something in the card is to be seen.
+    signal revealRequested(real top, real height)
+
     property real seenTop: 0
     property real seenHeight: 0
 
@@ -21,6 +25,9 @@ Item {
 
             section: root.section
             width: parent.width
+
+            onActiveFocusChanged: if (activeFocus && Style.focusByKeyboard)
+                root.revealRequested(0, height)
         }
         Rectangle {
             color: Style.hairline
@@ -32,14 +39,25 @@ Item {
         SectionRows {
             id: rows
 
-            readonly property real whole: Math.max(0, root.height - header.height - 8)
+            readonly property real whole: Math.max(0, root.height - header.height - Style.bottomInset)
             readonly property real offset: Math.max(0, Math.min(root.seenTop - header.height, whole - height))
 
             contentY: offset
+            opacity: root.section.isExpanded ? 1 : 0
+            scrollsItself: false
             height: Math.min(whole, root.seenHeight)
             section: root.section
             width: parent.width
             y: header.height + offset
+
+            Behavior on opacity  {
+                NumberAnimation {
+                    duration: Style.sectionReveal
+                    easing.type: Easing.InOutQuad
+                }
+            }
+
+            onRevealRequested: (top, height) => root.revealRequested(header.height + top, height)
         }
     }
 }

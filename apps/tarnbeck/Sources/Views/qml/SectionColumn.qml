@@ -2,13 +2,14 @@
 import QtQuick
 import Tarnbeck
 
-Item {
+FocusScope {
     id: root
 
     required property SectionAdapter section
+    required property int index
 
     Rectangle {
-        anchors.bottomMargin: 8
+        anchors.bottomMargin: Style.bottomInset
         anchors.fill: parent
         anchors.leftMargin: 4
         anchors.rightMargin: 4
@@ -39,7 +40,7 @@ Item {
             anchors.right: parent.right
             anchors.top: header.bottom
             anchors.topMargin: 1
-            bottomMargin: 8
+            bottomMargin: Style.bottomInset
             section: root.section
 
             // Where the user left it, also when the column was out of sight meanwhile.

@@ -9,7 +9,7 @@ Item {
 
     function activate() {
         if (section.canCollapse)
-            section.toggle()
+            section.toggle();
     }
 
     Accessible.name: section.accessibleName
@@ -85,7 +85,7 @@ Item {
         font.pixelSize: Style.title
         font.weight: Font.DemiBold
         text: root.section.name
-        width: Math.min(implicitWidth, room)
+        width: Math.max(0, Math.min(implicitWidth, room))
 
         HoverHandler {
             onHoveredChanged: hovered && parent.truncated ? Tips.enter(parent, root.section.name) : Tips.leave(parent)
@@ -126,6 +126,7 @@ Item {
                 readonly property var badge: root.section.badges[index] || ({})
 
                 anchors.verticalCenter: parent.verticalCenter
+                isCompact: root.width < 190 + 130 * root.section.badges.length
                 title: badge.title || ""
                 value: badge.value || ""
                 valueColor: badge.color || "secondary"

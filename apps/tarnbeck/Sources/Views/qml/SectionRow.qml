@@ -28,26 +28,27 @@ Item {
     required property string metaLabels
     required property string help
     required property bool isClickable
-    required property bool opensReference
+    required property bool opensByReference
+    required property string clickHelp
     required property var actions
     required property string accessibleName
     required property int rowHeight
     required property int changes
 
     property bool isCurrent: false
+    property bool isMade: false
     readonly property bool isSubsection: depth === 0 && chevron !== ""
     readonly property real inset: Style.rowLeadingInset + Math.max(0, depth - 1) * Style.rowPrimaryIconSlotWidth
-    // Of an issue only the number is a link; a pull request opens wherever it is clicked.
-    readonly property bool opensByLink: kind === 8
-    readonly property bool showsActions: hover.hovered || isCurrent || controls.hasProgress
+    readonly property bool showsActions: hover.hovered || isCurrent || actions.some(action => action.inProgress)
 
     signal touched
 
     function activate() {
         if (isClickable)
-            section.click(rowKey)
+            section.click(rowKey);
     }
 
+    Accessible.description: clickHelp
     Accessible.focused: isCurrent
     Accessible.name: accessibleName
     Accessible.role: chevron !== "" ? Accessible.TreeItem : Accessible.ListItem
@@ -55,7 +56,9 @@ Item {
 
     Accessible.onPressAction: activate()
     Component.onDestruction: Tips.leave(root)
-    onChangesChanged: tint.restart()
+    Component.onCompleted: isMade = true
+    onChangesChanged: if (isMade)
+        tint.restart()
 
     // What changed is seen once.
     Rectangle {
@@ -67,12 +70,13 @@ Item {
         radius: Style.rowRadius
         visible: opacity > 0
 
-        NumberAnimation on opacity {
+        NumberAnimation {
             id: tint
 
             duration: Style.changeTint
             from: 0.22
-            running: false
+            property: "opacity"
+            target: tintGround
             to: 0
         }
     }
@@ -80,17 +84,25 @@ Item {
         id: ground
 
         anchors.bottom: parent.bottom
-        color: root.isCurrent ? Style.pressed : Style.hover
+        color: Style.hover
         height: root.isSubsection ? 28 : root.height
+        opacity: root.isCurrent || (hover.hovered && root.isClickable) ? 1 : 0
         radius: Style.rowRadius
-        visible: root.isCurrent || (hover.hovered && root.isClickable)
+        visible: opacity > 0
         width: parent.width - 12
         x: 6
+
+        Behavior on opacity  {
+            NumberAnimation {
+                duration: Style.hoverChange
+                easing.type: Easing.InOutQuad
+            }
+        }
     }
     HoverHandler {
         id: hover
 
-        cursorShape: root.isClickable && !root.isSubsection && !root.opensByLink ? Qt.PointingHandCursor : Qt.ArrowCursor
+        cursorShape: root.isClickable && !root.isSubsection && !root.opensByReference ? Qt.PointingHandCursor : Qt.ArrowCursor
 
         onHoveredChanged: hovered ? Tips.enter(root, root.help !== "" ? root.help : title.truncated ? root.title : "") : Tips.leave(root)
     }
@@ -98,9 +110,9 @@ Item {
         anchors.fill: parent
 
         onClicked: {
-            root.touched()
-            if (!root.opensByLink)
-                root.activate()
+            root.touched();
+            if (!root.opensByReference)
+                root.activate();
         }
     }
     Item {
@@ -173,15 +185,15 @@ Item {
                 id: linkHover
 
                 cursorShape: Qt.PointingHandCursor
-                enabled: root.opensReference
+                enabled: root.opensByReference
             }
             MouseArea {
                 anchors.fill: parent
-                enabled: root.opensReference
+                enabled: root.opensByReference
 
                 onClicked: {
-                    root.touched()
-                    root.activate()
+                    root.touched();
+                    root.activate();
                 }
             }
         }
@@ -226,7 +238,7 @@ Item {
         Row {
             id: metadata
 
-            readonly property real room: Math.max(80, Math.min(160, root.width * 0.36))
+            readonly property real room: Math.min(Style.metadataColumnWidth, root.width / 3)
 
             anchors.right: parent.right
             anchors.rightMargin: Style.rowTrailingInset + (root.actions.length > 0 ? root.actions.length * Style.actionColumnWidth : 0)
@@ -252,24 +264,19 @@ Item {
                 width: Math.min(implicitWidth, metadata.room)
             }
         }
-        Loader {
+        Actions {
             id: controls
 
-            readonly property bool hasProgress: root.actions.some(action => action.inProgress)
-
-            active: root.actions.length > 0 && root.showsActions
+            actions: root.showsActions ? root.actions : []
             anchors.right: parent.right
             anchors.rightMargin: Style.rowTrailingInset - 2
             anchors.verticalCenter: parent.verticalCenter
+            canFocus: root.isCurrent
+            menuOwner: root
 
-            sourceComponent: Actions {
-                actions: root.actions
-                canFocus: root.isCurrent
-
-                onPerformed: (kind, occurrence) => {
-                    root.touched()
-                    root.section.perform(root.rowKey, kind, occurrence)
-                }
+            onPerformed: (kind, occurrence) => {
+                root.touched();
+                root.section.perform(root.rowKey, kind, occurrence);
             }
         }
     }

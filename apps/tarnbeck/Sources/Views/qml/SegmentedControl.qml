@@ -14,9 +14,10 @@ Rectangle {
 
     function choose(index) {
         if (index >= 0 && index < titles.length && index !== selection)
-            chosen(index)
+            chosen(index);
     }
 
+    Accessible.description: titles[selection] || ""
     Accessible.name: name
     Accessible.role: Accessible.Grouping
     activeFocusOnTab: true
@@ -36,7 +37,7 @@ Rectangle {
         x: 2 + root.selection * root.segmentWidth
         y: 2
 
-        Behavior on x {
+        Behavior on x  {
             NumberAnimation {
                 duration: Style.thumbSlide
                 easing.type: Easing.InOutQuad

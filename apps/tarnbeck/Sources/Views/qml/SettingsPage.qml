@@ -1,5 +1,6 @@
 // The settings: a sidebar of panes, and the cards of the selected one.
 import QtQuick
+import QtQuick.Window
 import Tarnbeck
 
 Item {
@@ -13,8 +14,8 @@ Item {
     Keys.onEnterPressed: view.done()
     Keys.onPressed: event => {
         if (event.matches(StandardKey.Close)) {
-            event.accepted = true
-            view.done()
+            event.accepted = true;
+            view.done();
         }
     }
     Keys.onReturnPressed: view.done()
@@ -27,7 +28,7 @@ Item {
         id: side
 
         Accessible.name: root.view.sidebarTitle
-        Accessible.role: Accessible.List
+        Accessible.role: Accessible.PageTabList
         height: parent.height
         width: root.view.sidebarWidth
 
@@ -132,9 +133,27 @@ Item {
             width: ListView.view.width
         }
 
+        // What has the focus is brought into sight.
+        Connections {
+            function onActiveFocusItemChanged() {
+                const item = root.Window.window.activeFocusItem;
+                for (let each = item; each; each = each.parent) {
+                    if (each === rows.contentItem) {
+                        const top = item.mapToItem(rows.contentItem, 0, 0).y;
+                        if (top - 24 < rows.contentY)
+                            rows.contentY = Math.max(rows.originY - rows.topMargin, top - 24);
+                        else if (top + item.height + 24 > rows.contentY + rows.height)
+                            rows.contentY = top + item.height + 24 - rows.height;
+                        return;
+                    }
+                }
+            }
+
+            target: root.Window.window
+        }
         Connections {
             function onSidebarChanged() {
-                rows.contentY = rows.originY - rows.topMargin
+                rows.contentY = rows.originY - rows.topMargin;
             }
 
             target: root.view

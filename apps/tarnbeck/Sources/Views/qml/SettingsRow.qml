@@ -13,17 +13,26 @@ Item {
 
     readonly property Component content: {
         switch (kind) {
-        case "head": return head
-        case "toggle": return toggle
-        case "picker": return picker
-        case "slider": return slider
-        case "field": return field
-        case "editor": return editor
-        case "buttons": return buttons
-        case "note": return note
-        case "path": return path
+        case "head":
+            return head;
+        case "toggle":
+            return toggle;
+        case "picker":
+            return picker;
+        case "slider":
+            return slider;
+        case "field":
+            return field;
+        case "editor":
+            return editor;
+        case "buttons":
+            return buttons;
+        case "note":
+            return note;
+        case "path":
+            return path;
         }
-        return discovered
+        return discovered;
     }
 
     height: loader.height + (kind === "head" ? 14 : isOnCard ? 0 : 8) + (isLast ? 12 + (isOnCard ? 16 : 0) : 0)
@@ -111,6 +120,7 @@ Item {
             }
             Switch {
                 accessibleName: root.value.accessibleName || ""
+                accessibleValue: root.value.subtitle || ""
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 isChecked: root.value.isOn === true
@@ -139,9 +149,9 @@ Item {
                 width: root.value.width || 140
 
                 onClicked: Menus.open(pick, accessibleName, root.value.options.map((option, index) => ({
-                                "title": option,
-                                "isChecked": index === root.value.selected
-                            })), index => root.view.choose(root.value.id, index), Qt.point(0, height + 4))
+                                    "title": option,
+                                    "isChecked": index === root.value.selected
+                                })), index => root.view.choose(root.value.id, index), Qt.point(0, height + 4))
 
                 Rectangle {
                     anchors.fill: parent
@@ -279,6 +289,8 @@ Item {
         id: note
 
         Row {
+            Accessible.name: root.value.text || ""
+            Accessible.role: Accessible.StaticText
             height: 30
             spacing: 6
 
@@ -294,6 +306,7 @@ Item {
                 color: Style.secondary
                 font.pixelSize: root.value.symbol ? Style.small : Style.body
                 text: root.value.text || ""
+                width: Math.min(implicitWidth, loader.width - 24)
             }
         }
     }
@@ -301,6 +314,8 @@ Item {
         id: path
 
         Item {
+            Accessible.name: root.value.path || ""
+            Accessible.role: Accessible.ListItem
             height: 30
 
             Symbol {

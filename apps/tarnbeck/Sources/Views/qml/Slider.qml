@@ -17,11 +17,11 @@ Item {
     signal finished
 
     function move(value) {
-        moved(Math.max(from, Math.min(to, value)))
+        moved(Math.max(from, Math.min(to, value)));
     }
     function nudge(by) {
-        move(value + by)
-        finished()
+        move(value + by);
+        finished();
     }
 
     Accessible.description: valueText
@@ -64,7 +64,7 @@ Item {
     }
     MouseArea {
         function follow(x) {
-            root.move(root.from + (x - 8) / Math.max(1, root.width - 16) * (root.to - root.from))
+            root.move(root.from + (x - 8) / Math.max(1, root.width - 16) * (root.to - root.from));
         }
 
         anchors.fill: parent
@@ -72,8 +72,8 @@ Item {
 
         onPositionChanged: mouse => follow(mouse.x)
         onPressed: mouse => {
-            root.forceActiveFocus(Qt.MouseFocusReason)
-            follow(mouse.x)
+            root.forceActiveFocus(Qt.MouseFocusReason);
+            follow(mouse.x);
         }
         onReleased: root.finished()
     }

@@ -13,9 +13,9 @@ Item {
 
     function count() {
         if (isTurning === isCounted)
-            return
-        isCounted = isTurning
-        SpinnerClock.turning += isTurning ? 1 : -1
+            return;
+        isCounted = isTurning;
+        SpinnerClock.turning += isTurning ? 1 : -1;
     }
 
     Accessible.ignored: true
@@ -23,7 +23,8 @@ Item {
     width: size
 
     Component.onCompleted: count()
-    Component.onDestruction: if (isCounted) SpinnerClock.turning -= 1
+    Component.onDestruction: if (isCounted)
+        SpinnerClock.turning -= 1
     onIsTurningChanged: count()
 
     Repeater {

@@ -1,7 +1,6 @@
 // The one clock of all progress indicators: eight steps a second, and none while there is nothing
 // to turn.
 pragma Singleton
-
 import QtQuick
 
 QtObject {

@@ -7,7 +7,6 @@ Item {
     id: root
 
     required property MainViewAdapter view
-    required property color ground
     readonly property real room: width - 24
     readonly property bool showDetailPills: pills.implicitWidth + 20 + details.implicitWidth <= room
     readonly property bool showTrailingDetails: showDetailPills && pills.implicitWidth + 20 + details.implicitWidth + 32 + trailing.implicitWidth <= room
@@ -57,10 +56,6 @@ Item {
         }
     }
 
-    Rectangle {
-        anchors.fill: parent
-        color: root.ground
-    }
     Rectangle {
         color: Style.hairline
         height: 1

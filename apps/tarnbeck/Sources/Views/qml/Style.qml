@@ -1,6 +1,5 @@
 // Every colour, size, radius, font and duration there is.
 pragma Singleton
-
 import QtQuick
 
 QtObject {
@@ -31,42 +30,47 @@ QtObject {
     readonly property color toastLine: Qt.rgba(1, 1, 1, 0.2)
     readonly property color toastText: "#f2f5f8"
     readonly property color field: isDark ? Qt.rgba(1, 1, 1, 0.05) : Qt.rgba(1, 1, 1, 0.8)
-    readonly property color searchHighlight: isDark ? Qt.rgba(0x8a / 255, 0x6d / 255, 0, 0.4)
-                                                    : Qt.rgba(0xf2 / 255, 0xc9 / 255, 0x4c / 255, 0.4)
+    readonly property color searchHighlight: isDark ? Qt.rgba(0x8a / 255, 0x6d / 255, 0, 0.4) : Qt.rgba(0xf2 / 255, 0xc9 / 255, 0x4c / 255, 0.4)
 
     // Inks
     readonly property color text: isDark ? "#e8ecf1" : "#14191f"
-    readonly property color secondary: isDark ? "#b0b9c4" : "#48525d"
+    readonly property color secondary: isDark ? "#b2bbc6" : "#48525d"
     readonly property color accent: isDark ? "#67d3d6" : "#00636c"
-    readonly property color red: isDark ? "#ff857c" : "#b4231a"
+    readonly property color red: isDark ? "#ff918a" : "#b4231a"
     readonly property color orange: isDark ? "#ffa657" : "#9a4700"
     readonly property color yellow: isDark ? "#f2d06b" : "#6e5a00"
     readonly property color green: isDark ? "#63d297" : "#14683a"
     readonly property color blue: isDark ? "#79b8ff" : "#1257ad"
-    readonly property color gray: isDark ? "#9aa4b1" : "#56606b"
+    readonly property color gray: isDark ? "#aab4c0" : "#56606b"
 
     function statusColor(name) {
         switch (name) {
-        case "red": return red
-        case "orange": return orange
-        case "yellow": return yellow
-        case "green": return green
-        case "blue": return blue
-        case "gray": return gray
+        case "red":
+            return red;
+        case "orange":
+            return orange;
+        case "yellow":
+            return yellow;
+        case "green":
+            return green;
+        case "blue":
+            return blue;
+        case "gray":
+            return gray;
         }
-        return secondary
+        return secondary;
     }
     // What is seen of a colour that lies over an opaque one. One opaque area is drawn in a fraction
     // of the time that several layers take.
     function over(ground, color) {
-        return Qt.rgba(ground.r + (color.r - ground.r) * color.a, ground.g + (color.g - ground.g) * color.a, ground.b + (color.b - ground.b) * color.a, 1)
+        return Qt.rgba(ground.r + (color.r - ground.r) * color.a, ground.g + (color.g - ground.g) * color.a, ground.b + (color.b - ground.b) * color.a, 1);
     }
     // The ground of a window whose backdrop is as dense as told.
     function ground(backdropOpacity) {
-        return over(over(backdropBase, tinted(backdrop, backdropOpacity)), finish)
+        return over(over(backdropBase, tinted(backdrop, backdropOpacity)), finish);
     }
     function tinted(color, opacity) {
-        return Qt.rgba(color.r, color.g, color.b, opacity)
+        return Qt.rgba(color.r, color.g, color.b, opacity);
     }
 
     // Type
@@ -80,20 +84,20 @@ QtObject {
     // Measure
     readonly property int rowRadius: 4
     readonly property int cardRadius: 8
-    readonly property int headerHeight: 40
-    readonly property int rowHeight: 24
-    readonly property int subsectionHeight: 32
     readonly property int pillHeight: 28
     readonly property int stripHeight: 46
     readonly property int statusBarHeight: 30
-
-    // Row columns
-    readonly property int rowLeadingInset: 12
-    readonly property int rowChevronSlotWidth: 16
-    readonly property int rowPrimaryIconSlotWidth: 20
-    readonly property int rowTrailingInset: 12
-    readonly property int actionColumnWidth: 24
     readonly property int statusColumnWidth: 18
+
+    // Those of a section's rows, which the logic reckons with: the windows set them.
+    property real headerHeight
+    property real bottomInset
+    property real rowLeadingInset
+    property real rowChevronSlotWidth
+    property real rowPrimaryIconSlotWidth
+    property real rowTrailingInset
+    property real actionColumnWidth
+    property real metadataColumnWidth
 
     // Motion, in milliseconds
     readonly property int sectionReveal: reducesMotion ? 0 : 180

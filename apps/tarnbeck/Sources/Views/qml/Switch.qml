@@ -25,7 +25,7 @@ Clickable {
         x: root.isChecked ? 19 : 3
         y: 3
 
-        Behavior on x {
+        Behavior on x  {
             NumberAnimation {
                 duration: Style.thumbSlide
             }

@@ -14,16 +14,17 @@ Rectangle {
     color: Style.field
     radius: 7
 
-    onValueChanged: if (edit.text !== value) edit.text = value
+    onValueChanged: if (edit.text !== value)
+        edit.text = value
 
     Flickable {
         id: flick
 
         function follow(cursor) {
             if (contentY > cursor.y)
-                contentY = cursor.y
+                contentY = cursor.y;
             else if (contentY + height < cursor.y + cursor.height)
-                contentY = cursor.y + cursor.height - height
+                contentY = cursor.y + cursor.height - height;
         }
 
         anchors.fill: parent
@@ -56,13 +57,14 @@ Rectangle {
             wrapMode: TextEdit.WrapAnywhere
 
             Component.onCompleted: {
-                text = root.value
-                isReady = true
+                text = root.value;
+                isReady = true;
             }
             Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
             Keys.onTabPressed: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
             onCursorRectangleChanged: flick.follow(cursorRectangle)
-            onTextChanged: if (isReady && text !== root.value) root.edited(text)
+            onTextChanged: if (isReady && text !== root.value)
+                root.edited(text)
 
             HoverHandler {
                 cursorShape: Qt.IBeamCursor

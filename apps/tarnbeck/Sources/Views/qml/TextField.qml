@@ -17,7 +17,8 @@ Rectangle {
     height: Style.pillHeight
     radius: 7
 
-    onValueChanged: if (input.text !== value) input.text = value
+    onValueChanged: if (input.text !== value)
+        input.text = value
 
     TextInput {
         id: input
@@ -39,11 +40,14 @@ Rectangle {
         verticalAlignment: TextInput.AlignVCenter
 
         Component.onCompleted: text = root.value
-        Keys.onReturnPressed: event => {
-            event.accepted = text !== ""
+        function take(event) {
+            event.accepted = text !== "";
             if (event.accepted)
-                root.accepted()
+                root.accepted();
         }
+
+        Keys.onEnterPressed: event => take(event)
+        Keys.onReturnPressed: event => take(event)
         onTextEdited: root.edited(text)
 
         AppText {

@@ -9,10 +9,10 @@ Rectangle {
     property Item owner: null
 
     function place() {
-        const spot = owner.mapToItem(parent, owner.width / 2, owner.height + 6)
-        x = Math.round(Math.max(8, Math.min(spot.x - width / 2, parent.width - width - 8)))
-        const below = spot.y
-        y = Math.round(below + height + 8 > parent.height ? owner.mapToItem(parent, 0, 0).y - height - 6 : below)
+        const spot = owner.mapToItem(parent, owner.width / 2, owner.height + 6);
+        x = Math.round(Math.max(8, Math.min(spot.x - width / 2, parent.width - width - 8)));
+        const below = spot.y;
+        y = Math.round(below + height + 8 > parent.height ? owner.mapToItem(parent, 0, 0).y - height - 6 : below);
     }
 
     Accessible.ignored: true
@@ -41,19 +41,19 @@ Rectangle {
 
         onTriggered: {
             if (!root.owner || Tips.owner !== root.owner)
-                return
-            root.visible = true
-            root.place()
+                return;
+            root.visible = true;
+            root.place();
         }
     }
     Connections {
         function onOwnerChanged() {
-            root.visible = false
-            root.owner = Tips.owner && Tips.owner.Window.window === root.Window.window ? Tips.owner : null
+            root.visible = false;
+            root.owner = Tips.owner && Tips.owner.Window.window === root.Window.window ? Tips.owner : null;
             if (root.owner)
-                delay.restart()
+                delay.restart();
             else
-                delay.stop()
+                delay.stop();
         }
 
         target: Tips

@@ -1,6 +1,5 @@
 // Which item's help is to be shown; the window that holds the item draws it.
 pragma Singleton
-
 import QtQuick
 
 QtObject {
@@ -9,12 +8,12 @@ QtObject {
 
     function enter(item, help) {
         if (help === "")
-            return
-        owner = item
-        text = help
+            return;
+        owner = item;
+        text = help;
     }
     function leave(item) {
         if (owner === item)
-            owner = null
+            owner = null;
     }
 }

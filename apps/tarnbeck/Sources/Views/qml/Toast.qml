@@ -18,7 +18,22 @@ Rectangle {
     width: content.width + 28
     z: 60
 
-    Behavior on opacity {
+    readonly property var token: toast.token
+
+    // The same words once more are seen to come again.
+    onTokenChanged: if (visible)
+        again.restart()
+
+    NumberAnimation {
+        id: again
+
+        duration: Style.toastChange
+        from: 0.3
+        property: "opacity"
+        target: content
+        to: 1
+    }
+    Behavior on opacity  {
         NumberAnimation {
             duration: Style.toastChange
             easing.type: Easing.InOutQuad

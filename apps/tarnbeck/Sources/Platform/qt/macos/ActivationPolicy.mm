@@ -42,6 +42,10 @@ void applyActivationPolicy(ActivationPolicy policy) {
     }
 }
 
+void QtDesktopPlatform::activateIgnoringOtherApps() {
+    [NSApp activateIgnoringOtherApps:YES];
+}
+
 void QtDesktopPlatform::setMainMenu(const app_commands::MainMenu& menu) {
     NSMenu* bar = [[NSMenu alloc] init];
     for (const auto& item : menu.items) {

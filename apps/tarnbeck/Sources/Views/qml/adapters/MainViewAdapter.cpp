@@ -47,17 +47,19 @@ QVariantList sortMenuValues(const std::vector<SortMenuEntry>& entries) {
 }
 
 QVariantMap stripValue(const ControlStrip& strip) {
-    return {{"viewToggle", pillValue(strip.viewToggle)},
-            {"scan", pillValue(strip.scan)},
-            {"sort", pillValue(strip.sort)},
-            {"sortMenu", sortMenuValues(strip.sortMenu)},
-            {"equalize", strip.equalize ? QVariant(pillValue(*strip.equalize)) : QVariant()},
-            {"awake", pillValue(strip.awake)},
-            {"awakeFailure", qtText(strip.awakeFailure)},
-            {"settings", pillValue(strip.settings)},
-            {"filter", static_cast<int>(strip.filter)},
-            {"domain", static_cast<int>(strip.domain)},
-            {"searchText", qtText(strip.searchText)}};
+    return {
+        {"viewToggle", pillValue(strip.viewToggle)},
+        {"scan", pillValue(strip.scan)},
+        {"sort", pillValue(strip.sort)},
+        {"sortMenu", sortMenuValues(strip.sortMenu)},
+        {"equalize", strip.equalize ? QVariant(pillValue(*strip.equalize)) : QVariant()},
+        {"awake", pillValue(strip.awake)},
+        {"awakeFailure", qtText(strip.awakeFailure)},
+        {"settings", pillValue(strip.settings)},
+        {"filter", static_cast<int>(strip.filter)},
+        {"domain", static_cast<int>(strip.domain)},
+        {"searchText", qtText(strip.searchText)},
+        {"clearSearch", strip.clearSearch ? QVariant(pillValue(*strip.clearSearch)) : QVariant()}};
 }
 
 }  // namespace
@@ -116,6 +118,15 @@ void MainViewAdapter::takeArea() {
                    },
                },
                shown_.area);
+}
+
+QVariantMap MainViewAdapter::stripTexts() const {
+    return {{"filterLabel", qtText(ControlStrip::filterLabel)},
+            {"filterWidth", ControlStrip::filterWidth},
+            {"domainWidth", ControlStrip::domainWidth},
+            {"searchSymbol", qtText(ControlStrip::searchSymbol)},
+            {"searchPrompt", qtText(ControlStrip::searchPrompt)},
+            {"searchWidth", ControlStrip::searchWidth}};
 }
 
 QStringList MainViewAdapter::filters() const {

@@ -20,6 +20,8 @@ class MainViewAdapter : public QObject {
     QML_UNCREATABLE("It belongs to its window")
     Q_PROPERTY(bool hasStrip READ hasStrip NOTIFY hasStripChanged)
     Q_PROPERTY(QVariantMap strip READ strip NOTIFY stripChanged)
+    // What of it never changes: its label, its prompt, its widths.
+    Q_PROPERTY(QVariantMap stripTexts READ stripTexts CONSTANT)
     Q_PROPERTY(QStringList filters READ filters CONSTANT)
     Q_PROPERTY(QStringList domains READ domains CONSTANT)
     Q_PROPERTY(QString area READ area NOTIFY areaChanged)  // "empty", "noMatch", "list", "columns"
@@ -40,6 +42,7 @@ class MainViewAdapter : public QObject {
 
     bool hasStrip() const { return shown_.strip.has_value(); }
     QVariantMap strip() const { return strip_; }
+    QVariantMap stripTexts() const;
     QStringList filters() const;
     QStringList domains() const;
     QString area() const { return area_; }

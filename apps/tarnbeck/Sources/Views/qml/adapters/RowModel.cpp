@@ -33,7 +33,8 @@ enum Role {
     metaLabels,
     help,
     isClickable,
-    opensReference,
+    opensByReference,
+    clickHelp,
     actions,
     accessibleName,
     rowHeight,
@@ -87,8 +88,11 @@ QVariant valueOf(const Row& row, int role) {
             return qtText(row.help);
         case isClickable:
             return row.click.has_value();
-        case opensReference:
-            return row.click && row.click->kind == RowActionKind::openUrl;
+        // Of an issue only the number is a link; a pull request opens wherever it is clicked.
+        case opensByReference:
+            return row.kind == Row::Kind::issue && row.click.has_value();
+        case clickHelp:
+            return row.click ? qtText(row.click->help) : QString();
         case actions:
             return actionValues(row.actions);
         case accessibleName:
@@ -138,6 +142,16 @@ const Row* RowModel::rowOf(int key) const {
     return found == rows_.end() ? nullptr : &found->row;
 }
 
+double RowModel::topOf(int index) const {
+    double top = 0;
+    for (int above = 0; above < index && above < rowCount(); ++above) top += heightOf(above);
+    return top;
+}
+
+double RowModel::heightOf(int index) const {
+    return RepositorySectionLayout::heightOf(rows_[static_cast<std::size_t>(index)].row.kind);
+}
+
 int RowModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
@@ -172,7 +186,8 @@ QHash<int, QByteArray> RowModel::roleNames() const {
             {metaLabels, "metaLabels"},
             {help, "help"},
             {isClickable, "isClickable"},
-            {opensReference, "opensReference"},
+            {opensByReference, "opensByReference"},
+            {clickHelp, "clickHelp"},
             {actions, "actions"},
             {accessibleName, "accessibleName"},
             {rowHeight, "rowHeight"},

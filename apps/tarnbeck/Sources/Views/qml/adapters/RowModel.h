@@ -25,6 +25,10 @@ class RowModel : public EditedListModel {
     // The row that `rowKey` stands for; null when it has gone.
     const Row* rowOf(int rowKey) const;
 
+    // Where a row stands below the first one, and how high it is.
+    Q_INVOKABLE double topOf(int index) const;
+    Q_INVOKABLE double heightOf(int index) const;
+
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;

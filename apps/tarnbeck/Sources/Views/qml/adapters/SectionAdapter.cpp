@@ -41,11 +41,6 @@ void SectionAdapter::refresh(std::uint64_t revision) {
     Q_EMIT headerChanged();
 }
 
-void SectionAdapter::rest() {
-    revision_ = 0;
-    rows_.setRows({});
-}
-
 QString SectionAdapter::statusIcon() const {
     return qtText(header().statusIcon);
 }

@@ -39,8 +39,9 @@ class SectionAdapter : public QObject {
     // Takes over what the view shows now, if that has changed since the last time.
     void refresh(std::uint64_t revision);
 
-    // Forgets its rows, until it is asked for again.
-    void rest();
+    // It is not listed now; when it comes back, what it shows is asked for anew. (What draws it may
+    // still be there for a while.)
+    void rest() { revision_ = 0; }
 
     bool canCollapse() const { return header().canCollapse; }
     bool isExpanded() const { return header().isExpanded; }

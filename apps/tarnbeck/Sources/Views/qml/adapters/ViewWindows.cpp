@@ -10,6 +10,7 @@
 
 #include "Appearance.h"
 #include "MainViewAdapter.h"
+#include "RepositorySectionLayout.h"
 #include "SettingsAdapter.h"
 #include "SymbolProvider.h"
 
@@ -51,6 +52,20 @@ class Dismissal : public QObject {
     const std::function<void()>& action_;
 };
 
+// Stands below the window in `SettingsWindow`, so that it goes after what is drawn of it.
+struct SettingsBelow {
+    std::unique_ptr<SettingsAdapter> adapter;
+};
+
+class SettingsWindow : private SettingsBelow, public QQuickView {
+  public:
+    SettingsWindow(QQmlEngine& engine, std::unique_ptr<SettingsView> view)
+        : SettingsBelow{std::make_unique<SettingsAdapter>(std::move(view))},
+          QQuickView(&engine, nullptr) {}
+
+    SettingsAdapter* adapter() const { return SettingsBelow::adapter.get(); }
+};
+
 QUrl pageUrl(const QString& name) {
     return QUrl(QStringLiteral("qrc:/qt/qml/Tarnbeck/%1.qml").arg(name));
 }
@@ -64,19 +79,23 @@ class ViewWindows::Implementation {
         engine_.addImportPath(QStringLiteral(":/qt/qml"));
         engine_.addImageProvider(QStringLiteral("symbol"), new SymbolProvider);
         style_ = findStyle();
+        takeMeasures();
         focusMode_ = std::make_unique<FocusModeFilter>(*style_);
         QObject::connect(&appearance_, &Appearance::changed, style_, [this] { takeAppearance(); });
         takeAppearance();
     }
 
-    // A window of the page, which fills it.
+    // Lets the page fill the window.
+    void fill(QQuickView& window, const QString& page, const QVariantMap& properties) {
+        window.setColor(style_->property("backdropBase").value<QColor>());
+        window.setResizeMode(QQuickView::SizeRootObjectToView);
+        window.setInitialProperties(properties);
+        window.setSource(pageUrl(page));
+        window.installEventFilter(focusMode_.get());
+    }
     std::unique_ptr<QQuickView> window(const QString& page, const QVariantMap& properties) {
         auto window = std::make_unique<QQuickView>(&engine_, nullptr);
-        window->setColor(style_->property("backdropBase").value<QColor>());
-        window->setResizeMode(QQuickView::SizeRootObjectToView);
-        window->setInitialProperties(properties);
-        window->setSource(pageUrl(page));
-        window->installEventFilter(focusMode_.get());
+        fill(*window, page, properties);
         return window;
     }
 
@@ -84,8 +103,6 @@ class ViewWindows::Implementation {
         mainView_ = std::make_unique<MainViewAdapter>(std::move(view));
         mainWindow_ = window(QStringLiteral("MainWindowRoot"),
                              {{"view", QVariant::fromValue(mainView_.get())}});
-        mainWindow_->setTitle(QStringLiteral("Tarnbeck"));
-        mainWindow_->resize(1200, 850);
         mainWindow_->setMinimumSize({480, 320});
         QObject::connect(mainWindow_.get(), &QWindow::visibleChanged, mainView_.get(),
                          [this](bool visible) { mainView_->setVisible(visible); });
@@ -111,12 +128,9 @@ class ViewWindows::Implementation {
     }
 
     std::unique_ptr<QQuickWindow> settingsWindow(std::unique_ptr<SettingsView> view) {
-        auto adapter = std::make_unique<SettingsAdapter>(std::move(view));
-        auto made =
-            window(QStringLiteral("SettingsPage"), {{"view", QVariant::fromValue(adapter.get())}});
-        // It goes with the window, after what is drawn of it.
-        QObject::connect(made.get(), &QObject::destroyed,
-                         [kept = adapter.release()] { kept->deleteLater(); });
+        auto made = std::make_unique<SettingsWindow>(engine_, std::move(view));
+        fill(*made, QStringLiteral("SettingsPage"),
+             {{"view", QVariant::fromValue(made->adapter())}});
         return made;
     }
 
@@ -133,9 +147,24 @@ class ViewWindows::Implementation {
         return found->property("style").value<QObject*>();
     }
 
+    void takeMeasures() {
+        const RepositorySectionLayout layout;
+        style_->setProperty("headerHeight", RepositorySectionLayout::headerHeight);
+        style_->setProperty("bottomInset", RepositorySectionLayout::bottomInset);
+        style_->setProperty("rowLeadingInset", layout.rowLeadingInset);
+        style_->setProperty("rowChevronSlotWidth", layout.rowChevronSlotWidth);
+        style_->setProperty("rowPrimaryIconSlotWidth", layout.rowPrimaryIconSlotWidth);
+        style_->setProperty("rowTrailingInset", layout.rowTrailingInset);
+        style_->setProperty("actionColumnWidth", layout.actionColumnWidth);
+        style_->setProperty("metadataColumnWidth", layout.metadataColumnWidth);
+    }
+
     void takeAppearance() {
         style_->setProperty("isDark", appearance_.isDark());
         style_->setProperty("reducesMotion", appearance_.reducesMotion());
+        for (QQuickView* each : {mainWindow_.get(), popoverWindow_.get()}) {
+            if (each) each->setColor(style_->property("backdropBase").value<QColor>());
+        }
     }
 
     Appearance appearance_;

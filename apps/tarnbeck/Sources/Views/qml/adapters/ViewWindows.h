@@ -18,7 +18,7 @@ class ViewWindows {
     ViewWindows(const ViewWindows&) = delete;
     ViewWindows& operator=(const ViewWindows&) = delete;
 
-    // The main window, titled "Tarnbeck", 1200 by 850, not shown yet; its view lives as long as it.
+    // The main window, without a title and a size, not shown yet; its view lives as long as it.
     // Once only.
     QQuickWindow* mainWindow(std::unique_ptr<MainView> view);
     // The popover's window: frameless, above others, not shown yet. Made at the first call.
@@ -26,7 +26,8 @@ class ViewWindows {
     QQuickWindow* popoverWindow(std::function<void()> onDismissed);
     // What the popover shows from now on; null: nothing, at no cost.
     void setPopoverView(std::unique_ptr<MainView> view);
-    // A window that shows the settings, not shown yet; the caller's. Its view goes with it.
+    // A window that shows the settings, not shown yet; the caller's, and to go before this. Its
+    // view goes with it, before its destruction returns.
     std::unique_ptr<QQuickWindow> settingsWindow(std::unique_ptr<SettingsView> view);
 
   private:
