@@ -57,27 +57,32 @@ Item {
     Accessible.onPressAction: activate()
     Component.onDestruction: Tips.leave(root)
     Component.onCompleted: isMade = true
-    onChangesChanged: if (isMade)
-        tint.restart()
+    onChangesChanged: {
+        if (!isMade)
+            return;
+        tint.active = false;
+        tint.active = true;
+    }
 
     // What changed is seen once.
-    Rectangle {
-        id: tintGround
+    Loader {
+        id: tint
 
+        active: false
         anchors.fill: ground
-        color: Style.accent
-        opacity: 0
-        radius: Style.rowRadius
-        visible: opacity > 0
 
-        NumberAnimation {
-            id: tint
+        sourceComponent: Rectangle {
+            color: Style.accent
+            opacity: 0
+            radius: Style.rowRadius
 
-            duration: Style.changeTint
-            from: 0.22
-            property: "opacity"
-            target: tintGround
-            to: 0
+            NumberAnimation on opacity  {
+                duration: Style.changeTint
+                from: 0.22
+                to: 0
+
+                onFinished: tint.active = false
+            }
         }
     }
     Rectangle {
@@ -130,22 +135,29 @@ Item {
             visible: name !== ""
             x: root.inset + 1
         }
-        Rectangle {
+        // What only some rows have is made only for them.
+        Loader {
+            active: root.isSubsection
             anchors.verticalCenter: parent.verticalCenter
-            color: Style.tile
-            height: 18
-            radius: Style.rowRadius
-            visible: root.isSubsection
-            width: 18
             x: root.inset + Style.rowChevronSlotWidth
+
+            sourceComponent: Rectangle {
+                color: Style.tile
+                height: 18
+                radius: Style.rowRadius
+                width: 18
+            }
         }
-        Symbol {
+        Loader {
+            active: root.symbol !== "" && !root.isLoading
             anchors.verticalCenter: parent.verticalCenter
-            color: Style.statusColor(root.symbolColor)
-            name: root.symbol
-            size: root.symbol === "circle" || root.symbol === "circle.fill" ? 8 : 12
-            visible: name !== "" && !root.isLoading
-            x: root.inset + Style.rowChevronSlotWidth + Math.round((18 - size) / 2)
+            x: root.inset + Style.rowChevronSlotWidth + Math.round((18 - width) / 2)
+
+            sourceComponent: Symbol {
+                color: Style.statusColor(root.symbolColor)
+                name: root.symbol
+                size: root.symbol === "circle" || root.symbol === "circle.fill" ? 8 : 12
+            }
         }
         Loader {
             active: root.isLoading
@@ -155,62 +167,70 @@ Item {
             sourceComponent: Spinner {
             }
         }
-        AppText {
-            Accessible.ignored: true
+        Loader {
+            active: root.status !== ""
             anchors.verticalCenter: parent.verticalCenter
-            color: Style.statusColor(root.statusColor)
-            elide: Text.ElideNone
-            font.family: Style.monospacedFamily
-            font.pixelSize: Style.small
-            horizontalAlignment: Text.AlignHCenter
-            text: root.status
-            visible: text !== ""
-            width: Style.statusColumnWidth
             x: root.inset + Style.rowChevronSlotWidth
+
+            sourceComponent: AppText {
+                Accessible.ignored: true
+                color: Style.statusColor(root.statusColor)
+                elide: Text.ElideNone
+                font.family: Style.monospacedFamily
+                font.pixelSize: Style.small
+                horizontalAlignment: Text.AlignHCenter
+                text: root.status
+                width: Style.statusColumnWidth
+            }
         }
-        AppText {
+        Loader {
             id: link
 
-            Accessible.ignored: true
+            active: root.reference !== ""
             anchors.verticalCenter: parent.verticalCenter
-            color: linkHover.hovered ? Style.accent : Style.secondary
-            font.pixelSize: Style.body
-            font.underline: linkHover.hovered
-            text: root.reference
-            visible: text !== ""
-            width: visible ? implicitWidth + 8 : 0
             x: root.inset + Style.rowChevronSlotWidth + Style.rowPrimaryIconSlotWidth + 4
 
-            HoverHandler {
-                id: linkHover
+            sourceComponent: AppText {
+                Accessible.ignored: true
+                color: linkHover.hovered ? Style.accent : Style.secondary
+                font.underline: linkHover.hovered
+                rightPadding: 8
+                text: root.reference
 
-                cursorShape: Qt.PointingHandCursor
-                enabled: root.opensByReference
-            }
-            MouseArea {
-                anchors.fill: parent
-                enabled: root.opensByReference
+                HoverHandler {
+                    id: linkHover
 
-                onClicked: {
-                    root.touched();
-                    root.activate();
+                    cursorShape: Qt.PointingHandCursor
+                    enabled: root.opensByReference
+                }
+                MouseArea {
+                    anchors.fill: parent
+                    enabled: root.opensByReference
+
+                    onClicked: {
+                        root.touched();
+                        root.activate();
+                    }
                 }
             }
         }
-        Rectangle {
+        Loader {
+            active: root.isTitleHighlighted
             anchors.bottomMargin: 3
             anchors.fill: title
             anchors.leftMargin: -3
             anchors.rightMargin: -3
             anchors.topMargin: 3
-            color: Style.searchHighlight
-            radius: 3
-            visible: root.isTitleHighlighted
+
+            sourceComponent: Rectangle {
+                color: Style.searchHighlight
+                radius: 3
+            }
         }
         AppText {
             id: title
 
-            readonly property real room: metadata.x - 10 - x - (count.visible ? count.width + 6 : 0)
+            readonly property real room: metadata.x - 10 - x - (count.active ? count.width + 6 : 0)
 
             Accessible.ignored: true
             anchors.left: link.right
@@ -223,17 +243,21 @@ Item {
             text: root.title
             width: Math.max(0, Math.min(implicitWidth, room))
         }
-        AppText {
+        Loader {
             id: count
 
-            Accessible.ignored: true
-            anchors.baseline: title.baseline
+            active: root.countLabel !== ""
             anchors.left: title.right
             anchors.leftMargin: 6
-            color: Style.secondary
-            font.pixelSize: Style.small
-            text: root.countLabel
-            visible: text !== ""
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.verticalCenterOffset: 1
+
+            sourceComponent: AppText {
+                Accessible.ignored: true
+                color: Style.secondary
+                font.pixelSize: Style.small
+                text: root.countLabel
+            }
         }
         Row {
             id: metadata
@@ -245,23 +269,29 @@ Item {
             height: parent.height
             spacing: 8
 
-            AppText {
-                Accessible.ignored: true
-                color: Style.statusColor(root.metaStatusColor)
-                font.pixelSize: Style.small
+            Loader {
+                active: root.metaStatus !== ""
                 height: parent.height
-                text: root.metaStatus
-                visible: text !== ""
-                width: Math.min(implicitWidth, metadata.room)
+
+                sourceComponent: AppText {
+                    Accessible.ignored: true
+                    color: Style.statusColor(root.metaStatusColor)
+                    font.pixelSize: Style.small
+                    text: root.metaStatus
+                    width: Math.min(implicitWidth, metadata.room)
+                }
             }
-            AppText {
-                Accessible.ignored: true
-                color: Style.secondary
-                font.pixelSize: Style.small
+            Loader {
+                active: root.metaLabels !== ""
                 height: parent.height
-                text: root.metaLabels
-                visible: text !== ""
-                width: Math.min(implicitWidth, metadata.room)
+
+                sourceComponent: AppText {
+                    Accessible.ignored: true
+                    color: Style.secondary
+                    font.pixelSize: Style.small
+                    text: root.metaLabels
+                    width: Math.min(implicitWidth, metadata.room)
+                }
             }
         }
         Actions {
@@ -280,12 +310,15 @@ Item {
             }
         }
     }
-    Rectangle {
+    Loader {
+        active: root.isCurrent && Style.focusByKeyboard
         anchors.fill: ground
-        border.color: Style.accent
-        border.width: 2
-        color: "transparent"
-        radius: Style.rowRadius
-        visible: root.isCurrent && Style.focusByKeyboard
+
+        sourceComponent: Rectangle {
+            border.color: Style.accent
+            border.width: 2
+            color: "transparent"
+            radius: Style.rowRadius
+        }
     }
 }
