@@ -35,6 +35,10 @@ class NoOpener : public ExternalOpener {
 
 class Engine : public ::testing::Test {
   protected:
+    // What runs in the background uses what the engine has.
+    void TearDown() override {
+        if (engine) end();
+    }
     bool end() {
         engine->endChildren();
         return engine->finish(loop.steadyNow() + 1min);
