@@ -34,11 +34,4 @@ Appearance::Appearance(QObject* parent)
 
 Appearance::~Appearance() = default;
 
-void Appearance::set(bool isDark, bool reducesMotion) {
-    if (isDark == isDark_ && reducesMotion == reducesMotion_) return;
-    isDark_ = isDark;
-    reducesMotion_ = reducesMotion;
-    Q_EMIT changed();
-}
-
 }  // namespace tarnbeck
