@@ -89,8 +89,8 @@ class ThreadedWorkQueues::Pool {
         nameThread(name_);
         applyWorkClass(workClass_);
         std::unique_lock lock(mutex_);
+        ++idleThreads_;
         while (true) {
-            ++idleThreads_;
             wake_.wait(lock, [this] { return finishing_ || !tasks_.empty(); });
             --idleThreads_;
             if (tasks_.empty()) return;
@@ -99,8 +99,9 @@ class ThreadedWorkQueues::Pool {
             lock.unlock();
             task();
             task = nullptr;  // what it held goes before the thread waits again
-            outstanding_->end();
             lock.lock();
+            ++idleThreads_;  // whoever waits for the end of the work finds this thread free
+            outstanding_->end();
         }
     }
 
