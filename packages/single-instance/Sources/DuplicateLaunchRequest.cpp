@@ -70,6 +70,12 @@ std::optional<std::chrono::minutes> takeOffset(std::string_view& text) {
     return isWest ? -*offset : *offset;
 }
 
+// In UTC: an offset can lead out of the range that the form has.
+bool hasYearOfFourDigits(WallTime date) {
+    const std::chrono::year_month_day day(std::chrono::floor<std::chrono::days>(date));
+    return day.year() >= std::chrono::year(0) && day.year() <= std::chrono::year(9999);
+}
+
 std::optional<WallTime> decodedDate(std::string_view text) {
     const auto day = takeDay(text);
     if (!day || !take(text, 'T')) return std::nullopt;
@@ -79,7 +85,8 @@ std::optional<WallTime> decodedDate(std::string_view text) {
     if (seconds < 0 || seconds > 59) return std::nullopt;
     const auto offset = takeOffset(text);
     if (!offset || !text.empty()) return std::nullopt;
-    return WallTime(*day) + *time + std::chrono::seconds(seconds) - *offset;
+    const WallTime date = WallTime(*day) + *time + std::chrono::seconds(seconds) - *offset;
+    return hasYearOfFourDigits(date) ? std::optional(date) : std::nullopt;
 }
 
 std::optional<std::vector<std::string>> decodedTexts(const json::object& object, const char* key) {

@@ -47,6 +47,14 @@ TEST(DuplicateLaunchRequest_Decoding, KnowsLeapDays) {
     EXPECT_FALSE(timeOf("2026-02-29T00:00:00Z"));
 }
 
+TEST(DuplicateLaunchRequest_Encoding, ReadsBackTheFirstAndTheLastSecond) {
+    for (const char* date : {"0000-01-01T00:00:00Z", "9999-12-31T23:59:59Z"}) {
+        const auto time = timeOf(date);
+        ASSERT_TRUE(time);
+        EXPECT_EQ(decoded(encoded({{}, {}, *time})), (DuplicateLaunchRequest{{}, {}, *time}));
+    }
+}
+
 class DuplicateLaunchRequest_Foreign : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(DuplicateLaunchRequest_Foreign, DoesNotDecode) {
@@ -70,15 +78,15 @@ TEST_P(DuplicateLaunchRequest_ForeignDate, DoesNotDecode) {
     EXPECT_EQ(timeOf(GetParam()), std::nullopt);
 }
 
-INSTANTIATE_TEST_SUITE_P(Date, DuplicateLaunchRequest_ForeignDate,
-                         ::testing::Values("", "2026-03-01", "2026-03-01T12:00:00",
-                                           "2026-03-01 12:00:00Z", "2026-03-01T12:00Z",
-                                           "2026-03-01T12:00:00.5Z", "2026-03-01T12:00:00z",
-                                           "2026-13-01T12:00:00Z", "2026-03-01T24:00:00Z",
-                                           "2026-03-01T12:60:00Z", "2026-03-01T12:00:60Z",
-                                           "2026-03-01T12:00:00+01", "2026-03-01T12:00:00+0100",
-                                           "2026-03-01T12:00:00Z ", "26-03-01T12:00:00Z",
-                                           "-026-03-01T12:00:00Z", "2026-3-1T12:00:00Z"));
+INSTANTIATE_TEST_SUITE_P(
+    Date, DuplicateLaunchRequest_ForeignDate,
+    ::testing::Values("", "2026-03-01", "2026-03-01T12:00:00", "2026-03-01 12:00:00Z",
+                      "2026-03-01T12:00Z", "2026-03-01T12:00:00.5Z", "2026-03-01T12:00:00z",
+                      "2026-13-01T12:00:00Z", "2026-03-01T24:00:00Z", "2026-03-01T12:60:00Z",
+                      "2026-03-01T12:00:60Z", "2026-03-01T12:00:00+01", "2026-03-01T12:00:00+0100",
+                      "2026-03-01T12:00:00Z ", "26-03-01T12:00:00Z", "-026-03-01T12:00:00Z",
+                      "2026-3-1T12:00:00Z", "0000-01-01T00:00:00+23:59",
+                      "9999-12-31T23:59:59-00:01"));
 
 }  // namespace
 }  // namespace single_instance
