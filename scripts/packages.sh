@@ -9,7 +9,7 @@ homebrew_build_packages=(cmake ninja ccache fmt icu4c boost cli11 qt)
 
 # What the tests take besides.
 debian_test_packages=(libgtest-dev libgmock-dev clang-16 clang-format-16 clang-tidy-16
-    libclang-rt-16-dev at-spi2-core dbus-daemon python3-gi xvfb openbox trayer xdotool
+    libclang-rt-16-dev lld-16 at-spi2-core dbus-daemon python3-gi xvfb openbox trayer xdotool
     imagemagick x11-utils qt6-declarative-dev-tools flake8 gh python3 python3-venv openssl
     ca-certificates)
 # From Debian only where there is none: one from elsewhere is newer, and the two exclude each other.

@@ -1,6 +1,7 @@
 #include "Base64.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace tarnbeck {
@@ -13,8 +14,8 @@ constexpr std::uint8_t noDigit = 64;
 constexpr std::array<std::uint8_t, 256> digits = [] {
     std::array<std::uint8_t, 256> result{};
     result.fill(noDigit);
-    for (std::uint8_t digit = 0; digit < alphabet.size(); ++digit) {
-        result[static_cast<unsigned char>(alphabet[digit])] = digit;
+    for (std::size_t digit = 0; digit < alphabet.size(); ++digit) {
+        result[static_cast<unsigned char>(alphabet[digit])] = static_cast<std::uint8_t>(digit);
     }
     return result;
 }();
