@@ -45,8 +45,11 @@ void SettingsAdapter::setText(int id, const QString& text) {
 }
 
 void SettingsAdapter::done() {
-    QMetaObject::invokeMethod(
-        this, [this] { view_->done(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "dismiss", Qt::QueuedConnection);
+}
+
+void SettingsAdapter::dismiss() {
+    view_->done();
 }
 
 }  // namespace tarnbeck

@@ -47,6 +47,9 @@ class SettingsAdapter : public QObject {
   Q_SIGNALS:
     void sidebarChanged();
 
+  private Q_SLOTS:
+    void dismiss();
+
   private:
     void refresh();
 

@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
 namespace tarnbeck {
@@ -33,10 +32,9 @@ PortalSettings::PortalSettings() {
     QDBusMessage question =
         QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
     question << QString::fromUtf8(appearanceGroup) << QString::fromUtf8(colorSchemeKey);
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
-        answer->deleteLater();
+    answer_ = std::make_unique<QDBusPendingCallWatcher>(bus.asyncCall(question));
+    connect(answer_.get(), &QDBusPendingCallWatcher::finished, this, [this] {
+        const QDBusPendingReply<QDBusVariant> reply = *answer_;
         if (!reply.isError()) Q_EMIT colorSchemeTold(unwrapped(reply.value().variant()).toUInt());
     });
 }

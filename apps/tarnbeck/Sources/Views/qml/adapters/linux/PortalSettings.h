@@ -2,9 +2,11 @@
 // says of the appearance. Main thread.
 #pragma once
 
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
+#include <memory>
 
 namespace tarnbeck {
 
@@ -21,6 +23,9 @@ class PortalSettings : public QObject {
 
   private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+  private:
+    std::unique_ptr<QDBusPendingCallWatcher> answer_;  // to the first question
 };
 
 }  // namespace tarnbeck
